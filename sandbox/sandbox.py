@@ -1,0 +1,304 @@
+#!/usr/bin/python3
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Copyright 2026 The Gavelscope developers
+"""Stand-in eBay sites and Gavelscope vendor servers on loopback, for tests and the demo.
+
+Run with Debian's interpreter (it has pyftpdlib):
+
+    /usr/bin/python3 sandbox/sandbox.py [--categories N] [--subcategories N] [--keywords N]
+                                        [--items N] [--pages N] [--ftp-root DIR]
+
+One HTTP server answers for every host by the Host header; one FTP server holds the vendor's
+account. Both listen on 127.0.0.1 at ports chosen at start. Clients keep the real host names and
+connect with curl's --connect-to. Standard output is the protocol, each line flushed:
+
+    connect-to HOST:80:127.0.0.1:PORT            one line per HTTP host
+    connect-to ftp.gavelscope.example:21:127.0.0.1:PORT
+    ftp-root DIR                                 the FTP home directory
+    ready
+
+The sandbox then runs until its standard input reaches end of file (the parent holds the pipe, so
+the sandbox ends with its parent) or until SIGTERM or SIGINT, and stops within a second with exit
+status 0. Keep standard input open when starting it by hand, e.g. `sleep infinity | ...`.
+
+--ftp-root DIR serves DIR, creating it and adding the generated files that it lacks (files already
+there are kept, so a test can serve its own history file). Without it a temporary folder is filled
+and removed at the end.
+
+Test paths, on every HTTP host:
+    /_test/text?body=PERCENT-ENCODED   200, exactly the decoded bytes
+    /_test/headers                     200, the request's header lines as received, "Name: value\\n"
+    /_test/hang                        never answers; the connection closes when the sandbox stops
+    /_test/slow?bytes=N                200, N bytes sent 1 KiB at a time, 10 ms apart
+    /_test/cut?body=PERCENT-ENCODED    200, promises more bytes than the body, sends the body, hangs up
+"""
+import argparse
+import logging
+import os
+import shutil
+import signal
+import sys
+import tempfile
+import threading
+from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
+from urllib.parse import unquote_to_bytes
+
+from pyftpdlib.authorizers import DummyAuthorizer
+from pyftpdlib.handlers import FTPHandler
+from pyftpdlib.servers import FTPServer
+
+from sitegen import SiteGenerator
+
+FTP_HOST = "ftp.gavelscope.example"
+FTP_USER = "gavelscope"
+FTP_PASSWORD = "h0tlist"
+# Clients get, put and delete (the history is republished by removing and uploading it).
+FTP_PERMISSIONS = "elradfmwMT"
+
+
+def query_value(query: str, name: str) -> str | None:
+    for pair in query.split("&"):
+        key, sep, value = pair.partition("=")
+        if sep and key == name:
+            return value
+    return None
+
+
+class LineRecorder:
+    """Hands lines of a stream on and keeps a copy of each."""
+
+    def __init__(self, stream):
+        self.stream = stream
+        self.lines = []
+
+    def readline(self, *limit):
+        line = self.stream.readline(*limit)
+        self.lines.append(line)
+        return line
+
+
+class SandboxHandler(BaseHTTPRequestHandler):
+    protocol_version = "HTTP/1.1"
+    server_version = "GavelscopeSandbox/1.0"
+    timeout = 60  # an idle kept-alive connection is dropped after this
+
+    def version_string(self):
+        return self.server_version
+
+    def do_GET(self):
+        self.answer(send_body=True)
+
+    def do_HEAD(self):
+        self.answer(send_body=False)
+
+    def log_message(self, format, *args):
+        pass  # standard output is the protocol; nothing else is written there
+
+    def parse_request(self):
+        # The parsed headers lose the spacing after each colon; /_test/headers answers the
+        # lines as they came.
+        recorder = LineRecorder(self.rfile)
+        self.rfile = recorder
+        try:
+            return super().parse_request()
+        finally:
+            self.rfile = recorder.stream
+            self.header_lines = [line.rstrip(b"\r\n") for line in recorder.lines
+                                 if line.rstrip(b"\r\n")]
+
+    def answer(self, send_body: bool):
+        path, _, query = self.path.partition("?")
+        test = self.TEST_PATHS.get(path)
+        if test is not None:
+            test(self, query, send_body)
+            return
+        host = self.headers.get("Host", "").split(":")[0]
+        body = self.server.generator.http_get(host, self.path)
+        if body is None:
+            self.reply(404, b"Not Found\n", "text/plain", send_body)
+        else:
+            self.reply(200, body, content_type(path), send_body)
+
+    def reply(self, status: int, body: bytes, kind: str, send_body: bool = True):
+        self.send_response(status)
+        self.send_header("Content-Type", kind)
+        self.send_header("Content-Length", str(len(body)))
+        self.end_headers()
+        if send_body:
+            self.wfile.write(body)
+
+    def test_text(self, query: str, send_body: bool):
+        body = unquote_to_bytes(query_value(query, "body") or "")
+        self.reply(200, body, "text/plain", send_body)
+
+    def test_headers(self, query: str, send_body: bool):
+        body = b"".join(line + b"\n" for line in self.header_lines)
+        self.reply(200, body, "text/plain", send_body)
+
+    def test_hang(self, query: str, send_body: bool):
+        self.server.stopping.wait()
+        self.close_connection = True
+
+    def test_cut(self, query: str, send_body: bool):
+        # A connection that breaks mid-answer: the client has read the body and then fails.
+        body = unquote_to_bytes(query_value(query, "body") or "")
+        self.send_response(200)
+        self.send_header("Content-Type", "text/plain")
+        self.send_header("Content-Length", str(len(body) + 1000))
+        self.end_headers()
+        if send_body:
+            self.wfile.write(body)
+        self.close_connection = True
+
+    def test_slow(self, query: str, send_body: bool):
+        size = int(query_value(query, "bytes") or "0")
+        self.send_response(200)
+        self.send_header("Content-Type", "application/octet-stream")
+        self.send_header("Content-Length", str(size))
+        self.end_headers()
+        sent = 0
+        while send_body and sent < size:
+            chunk = min(1024, size - sent)
+            self.wfile.write(b"x" * chunk)
+            self.wfile.flush()
+            sent += chunk
+            if sent < size and self.server.stopping.wait(0.01):
+                self.close_connection = True
+                return
+
+    TEST_PATHS = {
+        "/_test/text": test_text,
+        "/_test/headers": test_headers,
+        "/_test/hang": test_hang,
+        "/_test/slow": test_slow,
+        "/_test/cut": test_cut,
+    }
+
+
+def content_type(path: str) -> str:
+    if path.endswith(".gif"):
+        return "image/gif"
+    if path.endswith(".txt"):
+        return "text/plain; charset=windows-1252"
+    return "text/html; charset=windows-1252"
+
+
+class SandboxHttpServer(ThreadingHTTPServer):
+    daemon_threads = True
+
+    def __init__(self, generator: SiteGenerator):
+        super().__init__(("127.0.0.1", 0), SandboxHandler)
+        self.generator = generator
+        self.stopping = threading.Event()  # releases the requests that wait for the end
+
+    def handle_error(self, request, client_address):
+        if not isinstance(sys.exc_info()[1], (ConnectionError, TimeoutError)):
+            super().handle_error(request, client_address)  # a traceback on standard error
+
+
+class FtpThread(threading.Thread):
+    """The vendor's FTP server, polled in short steps so that it can be stopped from outside."""
+
+    def __init__(self, root: str):
+        super().__init__(name="ftp", daemon=True)
+        authorizer = DummyAuthorizer()
+        authorizer.add_user(FTP_USER, FTP_PASSWORD, root, perm=FTP_PERMISSIONS)
+        handler = type("SandboxFtpHandler", (FTPHandler,), {"authorizer": authorizer,
+                                                            "banner": "Gavelscope FTP ready."})
+        self.server = FTPServer(("127.0.0.1", 0), handler)
+        self.port = self.server.address[1]
+        self.stop_requested = threading.Event()
+
+    def run(self):
+        while not self.stop_requested.is_set():
+            self.server.serve_forever(timeout=0.1, blocking=False, handle_exit=False)
+        self.server.close_all()
+
+    def stop(self):
+        self.stop_requested.set()
+        self.join()
+
+
+def quiet_ftp_logging():
+    # Unless a handler is in place, pyftpdlib installs its own and logs every command; only its
+    # warnings and errors are worth seeing, on standard error.
+    logger = logging.getLogger("pyftpdlib")
+    logger.addHandler(logging.StreamHandler(sys.stderr))
+    logger.setLevel(logging.WARNING)
+    logger.propagate = False
+
+
+def fill_ftp_root(root: str, files: dict):
+    os.makedirs(root, exist_ok=True)
+    for name, data in files.items():
+        path = os.path.join(root, name)
+        if not os.path.exists(path):
+            with open(path, "wb") as out:
+                out.write(data)
+
+
+def parse_arguments(argv):
+    parser = argparse.ArgumentParser(description="Stand-in eBay sites and vendor servers.")
+    defaults = SiteGenerator()
+    for knob in SiteGenerator.LIMITS:
+        parser.add_argument(f"--{knob}", type=int, default=getattr(defaults, knob),
+                            help=f"default {getattr(defaults, knob)}")
+    parser.add_argument("--ftp-root", help="FTP home directory (default: a temporary folder)")
+    args = parser.parse_args(argv)
+    try:
+        generator = SiteGenerator(**{knob: getattr(args, knob) for knob in SiteGenerator.LIMITS})
+    except ValueError as error:
+        parser.error(str(error))
+    return args, generator
+
+
+def watch_stdin(done: threading.Event):
+    try:
+        while os.read(0, 4096):
+            pass
+    except OSError:
+        pass
+    done.set()
+
+
+def main(argv=None) -> int:
+    args, generator = parse_arguments(argv)
+    done = threading.Event()
+    for signum in (signal.SIGTERM, signal.SIGINT):
+        signal.signal(signum, lambda *_: done.set())
+
+    temporary = args.ftp_root is None
+    if temporary:
+        root = tempfile.mkdtemp(prefix="gavelscope-ftp-")
+    else:
+        root = os.path.abspath(args.ftp_root)
+    fill_ftp_root(root, generator.ftp_files())
+    quiet_ftp_logging()
+
+    http = SandboxHttpServer(generator)
+    ftp = FtpThread(root)
+    threading.Thread(target=http.serve_forever, kwargs={"poll_interval": 0.1}, name="http",
+                     daemon=True).start()
+    ftp.start()
+    try:
+        http_port = http.server_address[1]
+        lines = [f"connect-to {host}:80:127.0.0.1:{http_port}" for host in generator.http_hosts()]
+        lines += [f"connect-to {FTP_HOST}:21:127.0.0.1:{ftp.port}", f"ftp-root {root}", "ready"]
+        for line in lines:
+            print(line, flush=True)
+        threading.Thread(target=watch_stdin, args=(done,), name="stdin", daemon=True).start()
+        done.wait()
+    except BrokenPipeError:
+        sys.stdout = None  # the parent went away before reading the protocol; just clean up
+    finally:
+        http.stopping.set()
+        http.shutdown()
+        http.server_close()
+        ftp.stop()
+        if temporary:
+            shutil.rmtree(root, ignore_errors=True)
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

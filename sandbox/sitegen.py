@@ -1,0 +1,800 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Copyright 2026 The Gavelscope developers
+"""Deterministic stand-in content for the two eBay sites and the vendor's servers.
+
+Everything follows from five size knobs: the same knobs always give the same bytes, and a page costs
+nothing until it is asked for (a 10,000-row listing page is built only when fetched). Only the
+catalogue itself (names, counts, keywords) is built up front; it is small even for big sites.
+
+Pages are Windows-1252 text, encoded here and nowhere else: the pound sign is the byte 0xA3.
+
+The markup is what the programs' scanners read, so a few layout rules below look arbitrary but are
+load-bearing; each is explained where it is written.
+"""
+from __future__ import annotations
+
+import datetime
+import itertools
+import random
+import re
+from dataclasses import dataclass
+
+from gifwriter import Frame, gif
+
+ENCODING = "cp1252"
+
+VENDOR_HOST = "www.gavelscope.example"
+PROBE_HOST = "www.ebay.co.uk"
+
+NO_KNOWN_KEYWORDS = "*** No Known Keywords ***"
+LISTING_COMMAND = "_W0QQsocmdZListingItemList"
+
+# Category names as the listing home page writes them (entities included). Sub-categories beyond a
+# list, and categories beyond the table, get numbered names.
+CATALOGUE = (
+    ("Antiques", ("Antiquities", "Architectural &amp; Garden", "Asian Antiques", "Decorative Arts",
+                  "Furniture", "Maps, Atlases &amp; Globes", "Rugs &amp; Carpets", "Silver",
+                  "Textiles &amp; Linens", "Other Antiques")),
+    ("Art", ("Drawings", "Folk Art", "Mixed Media", "Paintings", "Photographic Images", "Posters",
+             "Prints", "Sculpture &amp; Carvings")),
+    ("Books", ("Antiquarian &amp; Collectible", "Audiobooks", "Children&#39;s Books", "Cookbooks",
+               "Fiction Books", "Magazines", "Nonfiction Books", "Textbooks &amp; Education")),
+    ("Cameras &amp; Photo", ("Digital Cameras", "Film Cameras", "Lenses &amp; Filters", "Flashes",
+                             "Camcorders", "Binoculars &amp; Telescopes", "Vintage Cameras",
+                             "Other Photo")),
+    ("Clothing, Shoes &amp; Accessories", ("Men&#39;s Clothing", "Women&#39;s Clothing",
+                                           "Children&#39;s Clothing", "Men&#39;s Shoes",
+                                           "Women&#39;s Shoes", "Handbags &amp; Bags",
+                                           "Vintage Clothing", "Wedding Apparel")),
+    ("Coins", ("Coins: US", "Coins: World", "Ancient Coins", "Bullion", "Paper Money: US",
+               "Paper Money: World", "Exonumia", "Other Coins")),
+    ("Collectibles", ("Advertising", "Animals", "Animation Art &amp; Characters",
+                      "Breweriana, Beer", "Clocks", "Comics", "Disneyana", "Kitchen &amp; Home",
+                      "Militaria", "Tobacciana")),
+    ("Computers &amp; Networking", ("Apple Computers", "Desktop PCs", "Laptops", "Monitors",
+                                    "Networking", "Printers", "Software", "Vintage Computers")),
+    ("Consumer Electronics", ("Car Electronics", "Cell Phones", "Gadgets", "Home Audio",
+                              "MP3 Players", "Portable Audio", "Radios", "Televisions")),
+    ("Dolls &amp; Bears", ("Bears", "Dolls", "Dollhouses", "Doll Clothes", "Paper Dolls", "Plush",
+                           "Bear Making Supplies", "Other Dolls")),
+    ("DVDs &amp; Movies", ("DVD", "Film", "Laserdisc", "VHS", "Box Sets", "Other Formats")),
+    ("Home &amp; Garden", ("Bath", "Bedding", "Furniture", "Garden", "Home Decor", "Kitchen",
+                           "Lamps, Lighting", "Tools")),
+    ("Jewelry &amp; Watches", ("Bracelets", "Earrings", "Fashion Jewelry", "Fine Jewelry",
+                               "Loose Beads", "Necklaces &amp; Pendants", "Rings", "Watches")),
+    ("Music", ("CDs", "Cassettes", "Records", "Music Memorabilia", "Sheet Music", "Box Sets",
+               "Other Formats")),
+    ("Musical Instruments", ("Brass", "Electronic", "Guitar", "Keyboard, Piano", "Percussion",
+                             "Pro Audio", "String", "Woodwind")),
+    ("Pottery &amp; Glass", ("Glass", "Pottery &amp; China", "Art Glass", "Carnival Glass",
+                             "Depression Glass", "Porcelain", "Stoneware", "Other Pottery")),
+    ("Sporting Goods", ("Camping", "Cycling", "Fishing", "Golf", "Hunting", "Skiing",
+                        "Team Sports", "Water Sports")),
+    ("Stamps", ("United States", "Great Britain", "Europe", "Asia", "Canada",
+                "Topical &amp; Specialty", "Worldwide", "Publications &amp; Supplies")),
+    ("Tickets", ("Concerts", "Sporting Events", "Theater", "Experiences", "Travel",
+                 "Other Tickets")),
+    ("Toys &amp; Hobbies", ("Action Figures", "Diecast, Toy Vehicles", "Educational", "Games",
+                            "Model Railroads, Trains", "Models, Kits", "Radio Control",
+                            "Vintage, Antique Toys")),
+    ("Video Games", ("Accessories", "Games", "Consoles", "Strategy Guides", "Vintage Games",
+                     "Handheld")),
+    ("Everything Else", ("Gifts &amp; Occasions", "Metaphysical", "Weird Stuff", "Genealogy",
+                         "Information Products", "Education", "Other")),
+)
+
+UK_SPELLING = (
+    ("Jewelry", "Jewellery"), ("Cell Phones", "Mobile Phones"), ("Theater", "Theatre"),
+    ("Coins: US", "Coins: UK"), ("Paper Money: US", "Paper Money: UK"),
+    ("United States", "United Kingdom"), ("DVDs &amp; Movies", "DVDs, Films &amp; TV"),
+    ("Model Railroads", "Model Railways"),
+)
+
+# Keyword stems and the words that dress them up into item titles. Keywords are plain ASCII so
+# that their search links need no escaping.
+STEMS = (
+    "lego", "nokia", "ipod", "zippo", "pyrex", "wedgwood", "doulton", "hornby", "meccano", "corgi",
+    "dinky", "barbie", "beanie babies", "pokemon", "star wars", "beatles", "elvis", "rolex",
+    "omega", "seiko", "tiffany", "swarovski", "waterford", "lladro", "hummel", "moorcroft",
+    "carnival glass", "cast iron", "sterling silver", "pewter", "mahogany", "teak", "quilt",
+    "tapestry", "kimono", "netsuke", "cloisonne", "majolica", "staffordshire", "art deco",
+    "art nouveau", "eames", "leica", "nikon", "polaroid", "zeiss", "gibson", "fender", "yamaha",
+    "sega", "nintendo", "playstation", "atari", "commodore", "game boy", "first edition",
+    "autograph", "comic", "vinyl", "cassette", "tin toy", "teddy bear", "doll house",
+    "pocket watch", "fountain pen", "snow globe", "music box", "oil lamp", "brass bell",
+    "model train",
+)
+QUALIFIERS = (
+    "vintage", "antique", "rare", "retro", "boxed", "signed", "original", "limited", "large",
+    "small", "french", "english", "german", "japanese", "victorian", "edwardian",
+)
+NOUNS = (
+    "Set", "Collection", "Figure", "Lamp", "Vase", "Camera", "Watch", "Guitar", "Console", "Book",
+    "Plate", "Clock", "Bundle", "Job Lot", "Box", "Tray", "Jug", "Mirror", "Poster", "Brooch",
+    "Caf\u00e9 Set",
+)
+TAILS = ("NR", "L@@K", "Mint", "Boxed", "c.1920", "No Reserve")
+SELLERS = (
+    "atticfinds", "bargainbarn", "curiocorner", "oldtimetrader", "kidsattic", "gadgetgarage",
+    "retrorepublic", "shelfclearers", "boxfresh", "hobbyhaven",
+)
+FOREIGN_PRICES = ("GBP ", "AU $", "C $", "EUR ")
+
+NO_PICTURE, CAMERA_ICON, GALLERY_PICTURE = range(3)
+
+
+def decode_entities(html: str) -> str:
+    """The name or title as the programs show it after cutting it out of a page."""
+    for old, new in (("&#34;", '"'), ("&#38;", "&"), ("&#39;", "'"), ("<b>", ""), ("</b>", ""),
+                     ("&amp;", "&"), ("&quot;", '"')):
+        html = html.replace(old, new)
+    return html
+
+
+def slug(text: str) -> str:
+    return re.sub(r"[^A-Za-z0-9]+", "-", text).strip("-")
+
+
+def money(cents: int) -> str:
+    return f"{cents // 100:,}.{cents % 100:02d}"
+
+
+def random_title(rng: random.Random, keywords) -> str:
+    """An item title around one of the keywords, the better-ranked ones more often."""
+    if keywords:
+        keyword = rng.choices(keywords, [1 / rank for rank in range(1, len(keywords) + 1)])[0]
+    else:
+        keyword = rng.choice(STEMS)
+    words = []
+    if rng.random() < 0.4 and keyword.split()[0] not in QUALIFIERS:
+        words.append(rng.choice(QUALIFIERS).title())
+    noun = rng.choice(NOUNS)
+    words += [keyword.title()] + ([] if keyword.endswith(noun.lower()) else [noun])
+    extra = rng.random()
+    if extra < 0.12:
+        words.append("&amp; " + rng.choice(NOUNS))
+    elif extra < 0.25:
+        words.append(rng.choice(TAILS))
+    title = " ".join(words)
+    return "<b>NEW</b> " + title if rng.random() < 0.08 else title
+
+
+def random_bids(rng: random.Random) -> str:
+    draw = rng.random()
+    if draw < 0.22:
+        return "-"
+    if draw < 0.25:
+        return "0"
+    return str(rng.randint(1, 30) if draw < 0.85 else rng.randint(31, 120))
+
+
+def random_time_left(rng: random.Random) -> str:
+    days, rest = divmod(rng.randint(60, 10 * 86400 - 1), 86400)
+    hours, minutes = rest // 3600, rest % 3600 // 60
+    if days:
+        return f"{days}d {hours:02d}h {minutes:02d}m"
+    return f"{hours}h {minutes:02d}m" if hours else f"{minutes}m"
+
+
+# --- Sites and their catalogue -------------------------------------------------------------------
+
+@dataclass(frozen=True)
+class Site:
+    index: int           # part of every seed, so the two sites differ
+    name: str
+    domain: str          # "ebay.com": the domain suffix is "." + domain
+    currency_mark: str
+
+    @property
+    def listing_host(self) -> str:
+        return "listings." + self.domain
+
+    @property
+    def item_host(self) -> str:
+        return "cgi." + self.domain
+
+    @property
+    def sign_in_host(self) -> str:
+        return "cgi1." + self.domain
+
+    @property
+    def search_host(self) -> str:
+        return "search." + self.domain
+
+    @property
+    def is_uk(self) -> bool:
+        return self.domain.endswith(".uk")
+
+
+USA = Site(0, "USA", "ebay.com", "$")
+UK = Site(1, "UK", "ebay.co.uk", "\u00a3")
+
+
+@dataclass(frozen=True)
+class SubCategory:
+    site: Site
+    cat_index: int
+    index: int
+    html_name: str
+    count_text: str      # as the home page writes it inside "(...)", thousands separators included
+    keywords: tuple      # in rank order; empty when none are known
+    category_path: str   # "/Name_W0QQsacatZ1000"
+
+    @property
+    def ident(self) -> int:
+        return (self.cat_index + 1) * 1000 + self.index + 1
+
+    @property
+    def name(self) -> str:
+        return decode_entities(self.html_name)
+
+    @property
+    def path(self) -> str:
+        return f"{self.category_path}/{slug(self.name)}_W0QQsacatZ{self.ident}"
+
+    @property
+    def url(self) -> str:
+        return f"http://{self.site.listing_host}{self.path}/list/{LISTING_COMMAND}"
+
+
+@dataclass(frozen=True)
+class Category:
+    site: Site
+    index: int
+    html_name: str
+    count: int
+    subs: tuple
+    keywords: tuple
+
+    @property
+    def ident(self) -> int:
+        return (self.index + 1) * 1000
+
+    @property
+    def name(self) -> str:
+        return decode_entities(self.html_name)
+
+    @property
+    def path(self) -> str:
+        return f"/{slug(self.name)}_W0QQsacatZ{self.ident}"
+
+    @property
+    def url(self) -> str:
+        return f"http://{self.site.listing_host}{self.path}/list/"
+
+
+@dataclass(frozen=True)
+class Item:
+    number: int
+    sub: SubCategory
+    page: int
+    row: int
+    title: str           # as the listing writes it: entities and bold tags included
+    price: str           # as shown, currency mark included
+    green_price: bool    # a Buy It Now price, shown in a font tag on Site USA
+    bids: str            # "-" when nobody has bid
+    time_left: str
+    picture: int
+    seller: str
+
+    @property
+    def link(self) -> str:
+        """The item's address as a listing page writes it, with its ampersands as entities."""
+        return (f"http://{self.sub.site.item_host}/ws/eBayISAPI.dll?ViewItem&amp;category="
+                f"{self.sub.ident}&amp;item={self.number}&amp;rd=1")
+
+    @property
+    def bid_count(self) -> int:
+        return int(self.bids) if self.bids.isdigit() else 0
+
+
+class SiteContent:
+    """The pages of one site, built from its catalogue on request."""
+
+    def __init__(self, site: Site, knobs: "SiteGenerator"):
+        self.site = site
+        self.knobs = knobs
+        self.categories = self._build_catalogue()
+        self.subs_by_id = {sub.ident: sub for cat in self.categories for sub in cat.subs}
+        self.cats_by_id = {cat.ident: cat for cat in self.categories}
+
+    # -- catalogue --
+
+    def _html_name(self, text: str) -> str:
+        if self.site.is_uk:
+            for old, new in UK_SPELLING:
+                text = text.replace(old, new)
+        return text
+
+    def _build_catalogue(self) -> list:
+        knobs = self.knobs
+        rng = random.Random(f"catalogue/{self.site.index}")
+        phrases = list(STEMS) + [f"{q} {s}" for q in QUALIFIERS for s in STEMS]
+        rng.shuffle(phrases)
+        tops = itertools.cycle(phrases)  # each sub-category its own top keyword while they last
+        # A category without sub-categories sits just before the last one, so that the first
+        # category (what tests reach for) and the last one (whose last count lacks its ")") keep
+        # theirs.
+        empty = knobs.categories - 2 if knobs.categories >= 3 else -1
+        categories = []
+        for ci in range(knobs.categories):
+            name, sub_names = CATALOGUE[ci] if ci < len(CATALOGUE) else \
+                (f"Everything Else {ci + 1}", ())
+            name = self._html_name(name)
+            subs = [] if ci == empty else self._build_subs(ci, name, sub_names, rng, phrases, tops)
+            pool = [kw for sub in subs for kw in sub.keywords] or phrases
+            keywords = tuple(dict.fromkeys(rng.sample(pool, min(len(pool), knobs.keywords))))
+            count = sum(int(sub.count_text.replace(",", "")) for sub in subs)
+            categories.append(Category(self.site, ci, name, count or rng.randint(50, 5000),
+                                       tuple(subs), keywords))
+        return categories
+
+    def _build_subs(self, ci: int, cat_name: str, names, rng, phrases, tops) -> list:
+        knobs = self.knobs
+        cat_path = f"/{slug(decode_entities(cat_name))}_W0QQsacatZ{(ci + 1) * 1000}"
+        subs = []
+        for si in range(knobs.subcategories):
+            name = self._html_name(names[si]) if si < len(names) else f"More {cat_name} {si + 1}"
+            if ci == 0 and " " in name and not any("<b>" in sub.html_name for sub in subs):
+                # A bold word inside a name, which the counts reader must strip. Never the last
+                # word, or the anchor would end like a top-level category's.
+                first, rest = name.split(" ", 1)
+                name = f"<b>{first}</b> {rest}"
+            count = rng.randint(1000, 99999) if si % 2 == 0 else rng.randint(3, 999)
+            if ci == knobs.categories - 1 and si == knobs.subcategories - 1:
+                keywords = ()  # the site's very last sub-category has no known keywords
+            else:
+                top = next(tops)
+                if ci == 0 and si == 1:
+                    top = subs[0].keywords[0]  # shared, so listed once in the Top 100
+                others = [p for p in rng.sample(phrases, min(len(phrases), knobs.keywords + 1))
+                          if p != top]
+                keywords = (top, *others[: knobs.keywords - 1])
+            subs.append(SubCategory(self.site, ci, si, name, f"{count:,}", keywords, cat_path))
+        return subs
+
+    def search_url(self, keyword: str, ident: int) -> str:
+        return f"http://{self.site.search_host}/{slug(keyword).lower()}_W0QQsacatZ{ident}"
+
+    # -- items --
+
+    def item(self, sub: SubCategory, page: int, row: int) -> Item:
+        """One row of a listing: each row has a seed of its own, so any row costs the same."""
+        rng = random.Random(((self.site.index * 1_000_000 + sub.ident) * 1000 + page) * 100_000
+                            + row)
+        title = random_title(rng, sub.keywords)
+        cents = max(99, rng.randint(0, 10 ** rng.randint(1, 4)) * 100
+                    + rng.choice((99, 0, 50, rng.randint(1, 98))))
+        price = self.site.currency_mark + money(cents)
+        if not self.site.is_uk and rng.random() < 0.05:
+            price = rng.choice(FOREIGN_PRICES) + money(cents)  # queries drop these
+        green = rng.random() < 0.15
+        bids = random_bids(rng)
+        time_left = random_time_left(rng)
+        picture = rng.choices((NO_PICTURE, CAMERA_ICON, GALLERY_PICTURE), (4, 3, 3))[0]
+        seller = f"{rng.choice(SELLERS)}{rng.randint(1, 99)}"
+        number = int(f"{sub.ident}{page:03d}{row + 1:05d}")
+        return Item(number, sub, page, row, title, price, green, bids, time_left, picture, seller)
+
+    def item_by_number(self, number: str) -> Item | None:
+        if not number.isdigit() or len(number) < 12:
+            return None
+        sub = self.subs_by_id.get(int(number[:-8]))
+        page, row = int(number[-8:-5]), int(number[-5:]) - 1
+        if sub is None or not 1 <= page <= self.knobs.pages or not 0 <= row < self.knobs.items:
+            return None
+        return self.item(sub, page, row)
+
+    def hot_items(self, wanted: int) -> list:
+        """Well-bid items priced in the site's own currency, one per sub-category at most."""
+        found = []
+        for sub in self.subs_by_id.values():
+            for row in range(min(self.knobs.items, 200)):
+                item = self.item(sub, 1, row)
+                if item.bid_count > 30 and item.price.startswith(self.site.currency_mark):
+                    found.append(item)
+                    break
+            if len(found) == wanted:
+                break
+        return found
+
+    # -- pages --
+
+    def _page(self, title: str, body: str) -> bytes:
+        site = self.site
+        return (
+            "<html>\n<head>\n"
+            f"<title>{title}</title>\n"
+            '<meta http-equiv="Content-Type" content="text/html; charset=windows-1252">\n'
+            "</head>\n<body bgcolor=\"#ffffff\">\n"
+            '<table width="100%" border="0" cellpadding="0" cellspacing="0"><tr>\n'
+            f'<td><a href="http://{site.listing_host}/"><img src="http://{site.listing_host}'
+            '/pics/logo.gif" width="150" height="70" alt="eBay" border="0"></a></td>\n'
+            f'<td align="right"><a href="http://{site.sign_in_host}/aw-cgi/eBayISAPI.dll?'
+            'MyEbayLogin">Sign in</a></td>\n'
+            "</tr></table>\n"
+            f"{body}"
+            # No parentheses down here: the counts reader looks for the ")" of the page's last
+            # count until the end of the page.
+            "<p><small>Copyright &copy; 1995-2005 eBay Inc. All Rights Reserved.</small></p>\n"
+            "</body>\n</html>\n"
+        ).encode(ENCODING)
+
+    def _category_block(self, cat: Category, last_count_open: bool) -> str:
+        # The category anchor is relative: its link is what the programs later search the page
+        # for, and the first occurrence of the listing host after it must be in the first
+        # sub-category link, never in the category's own.
+        lines = [f'<p><a href="{cat.path}/list/"><b>{cat.html_name}</b></a> ({cat.count:,})<br>\n']
+        for sub in cat.subs:
+            close = "" if last_count_open and sub is cat.subs[-1] else ")"
+            lines.append(f'<a href="{sub.url}">{sub.html_name}</a> ({sub.count_text}{close}<br>\n')
+        # Absolute and without "ListingItemList": this link ends the category for the readers.
+        lines.append(f'<a href="{cat.url}">more...</a></p>\n')
+        return "".join(lines)
+
+    def home_page(self) -> bytes:
+        half = (len(self.categories) + 1) // 2
+        columns = []
+        for part in (self.categories[:half], self.categories[half:]):
+            blocks = [self._category_block(cat, cat is self.categories[-1]) for cat in part]
+            columns.append('<td valign="top" width="50%">\n' + "".join(blocks) + "</td>\n")
+        body = ("<h2>All Categories</h2>\n"
+                "<p>Choose a category to see the items listed in it today.</p>\n"
+                '<table width="100%" border="0" cellpadding="4" cellspacing="0"><tr>\n'
+                + "".join(columns) + "</tr></table>\n")
+        return self._page("eBay Listings - All Categories", body)
+
+    def category_page(self, cat: Category) -> bytes:
+        body = (f'<p><a href="/">All Categories</a> &gt; <b>{cat.html_name}</b></p>\n'
+                f"<h2>{cat.html_name}</h2>\n" + self._category_block(cat, False))
+        return self._page(f"eBay: {cat.html_name}", body)
+
+    def _picture_cell(self, item: Item) -> str:
+        if item.picture == CAMERA_ICON:
+            return (f'<a href="{item.link}"><img src="/pics/camera.gif" width="16" height="15" '
+                    'alt="Listing has pictures" border="0"></a>')
+        if item.picture == GALLERY_PICTURE:
+            # The scanner cuts the title out of this image's title attribute, up to the quote
+            # two characters before "alt=".
+            plain = item.title.replace("<b>", "").replace("</b>", "")
+            return (f'<a href="{item.link}"><img src="/pics/thumbs/{item.number}.gif" '
+                    f'title="{plain}" alt="{plain}" width="64" height="48" border="0"></a>')
+        return "&nbsp;"
+
+    def _usa_row(self, item: Item) -> str:
+        # One table per item. The next row is looked for from the second cell of the next table,
+        # which skips its picture link and lands on its title link.
+        price = f"<b>{item.price}</b>"
+        if item.green_price:
+            price = f'<font color="#009900">{price}</font>'
+        return (
+            '<table width="100%" border="0" cellpadding="3" cellspacing="0"><tr>\n'
+            f'<td width="70">{self._picture_cell(item)}</td>\n'
+            f'<td><a href="{item.link}">{item.title}</a></td>\n'
+            f'<td align="right" width="110"><span class="price">{price}</span></td>\n'
+            f'<td align="center" width="50">{item.bids}</td>\n'
+            f'<td align="right" width="100">{item.time_left}</td>\n'
+            "</tr></table>\n")
+
+    def _uk_row(self, item: Item) -> str:
+        # The cell after the bids holds at most an icon; the time left is the cell after it.
+        icon = ('<img src="/pics/bin.gif" width="46" height="13" alt="Buy It Now" border="0">'
+                if item.green_price else "")
+        return (
+            "<tr>\n"
+            f'<td width="70">{self._picture_cell(item)}</td>\n'
+            f'<td><a href="{item.link}">{item.title}</a></td>\n'
+            f'<td align="right" width="90"><b>{item.price}</b></td>\n'
+            f'<td align="center" width="50">{item.bids}</td>\n'
+            f'<td align="center" width="30">{icon}</td>\n'
+            f'<td align="right" width="100">{item.time_left}</td>\n'
+            "</tr>\n")
+
+    def _item_rows(self, items) -> str:
+        if self.site.is_uk:
+            return ('<table width="100%" border="0" cellpadding="3" cellspacing="0">\n'
+                    '<tr bgcolor="#ccccff"><th>Picture</th><th>Item Title</th><th>Price</th>'
+                    "<th>Bids</th><th>&nbsp;</th><th>Time Left</th></tr>\n"
+                    + "".join(self._uk_row(item) for item in items) + "</table>\n")
+        return ('<table width="100%" border="0" cellpadding="3" cellspacing="0" bgcolor="#ccccff">'
+                "<tr><th>Picture</th><th>Item Title</th><th>Price</th><th>Bids</th>"
+                "<th>Time Left</th></tr></table>\n"
+                + "".join(self._usa_row(item) for item in items))
+
+    @staticmethod
+    def _pager(page: int, pages: int, href) -> str:
+        # Always a table after the last row: the USA scanner looks for the next row from inside
+        # the next table. "Next" is the last capital N before the continue marker, and its
+        # anchor's address is what the scanner follows.
+        links = []
+        if page > 1:
+            links.append(f'<a href="{href(page - 1)}">&lt; Previous</a>')
+        first = max(1, min(page - 4, pages - 9))
+        for k in range(first, min(pages, first + 9) + 1):
+            links.append(f"<b>{k}</b>" if k == page else f'<a href="{href(k)}">{k}</a>')
+        if page < pages:
+            links.append(f'<a href="{href(page + 1)}">Next <img src="/pics/arrow_next.gif" '
+                         'width="9" height="9" border="0" title="Continue" alt=""></a>')
+        return ('<table width="100%" border="0" cellpadding="4" cellspacing="0"><tr>\n'
+                f"<td>Page {page} of {pages}</td>\n"
+                f'<td align="right">{" | ".join(links)}</td>\n'
+                "</tr></table>\n")
+
+    def listing_page(self, sub: SubCategory, view: str, tail: str) -> bytes | None:
+        match = re.search(r"QQfrpgZ(\d+)", tail)
+        page = int(match.group(1)) if match else 1
+        if not 1 <= page <= self.knobs.pages:
+            return None
+        base = f"{sub.path}/{view}/{re.sub(r'QQfrpgZ[0-9]+', '', tail)}"
+
+        def href(k: int) -> str:
+            return base + (f"QQfrpgZ{k}" if k > 1 else "")
+
+        cat = self.categories[sub.cat_index]
+        items = (self.item(sub, page, row) for row in range(self.knobs.items))
+        body = (f'<p><a href="/">All Categories</a> &gt; <a href="{cat.path}/list/">'
+                f"{cat.html_name}</a> &gt; {sub.html_name}</p>\n"
+                f"<p><b>{sub.count_text}</b> items found. Page {page} of {self.knobs.pages}.</p>\n"
+                + self._item_rows(items) + self._pager(page, self.knobs.pages, href))
+        return self._page(f"eBay: {decode_entities(sub.html_name)} items", body)
+
+    def search_page(self, keyword: str, ident: int) -> bytes:
+        cat = self.cats_by_id.get(ident)
+        subs = cat.subs if cat else [s for s in (self.subs_by_id.get(ident),) if s]
+        wanted = keyword.upper()
+        found = []
+        for sub in subs:
+            for row in range(min(self.knobs.items, 200)):
+                item = self.item(sub, 1, row)
+                if wanted in decode_entities(item.title).upper():
+                    found.append(item)
+            if len(found) >= 50:
+                break
+        body = (f"<h2>Search results for &quot;{keyword}&quot;</h2>\n"
+                f"<p><b>{len(found)}</b> items found.</p>\n"
+                + self._item_rows(found[:50]) + self._pager(1, 1, lambda k: "/"))
+        return self._page(f"eBay search: {keyword}", body)
+
+    def item_page(self, item: Item) -> bytes:
+        site, plain = self.site, decode_entities(item.title)
+        cgi = f"http://{site.item_host}/ws/eBayISAPI.dll"
+        # "History" first appears right before the bid history link; the two seller links are the
+        # anchors just before their texts.
+        body = (
+            f'<p>Back to list of items: <a href="{item.sub.url}">{item.sub.html_name}</a></p>\n'
+            f"<h2>{item.title}</h2>\n"
+            f"<p>Item number: {item.number}</p>\n"
+            '<table border="0" cellpadding="3" cellspacing="0">\n'
+            f"<tr><td>Current bid:</td><td><b>{item.price}</b></td></tr>\n"
+            f"<tr><td>Time left:</td><td>{item.time_left}</td></tr>\n"
+            f'<tr><td>Bid History:</td><td><a href="{cgi}?ViewBids&amp;item={item.number}">'
+            f"{item.bid_count} bids</a></td></tr>\n"
+            "</table>\n"
+            '<table border="1" cellpadding="4" cellspacing="0"><tr><td>\n'
+            "<b>Seller information</b><br>\n"
+            f"{item.seller}<br>\n"
+            f'<a href="{cgi}?ViewFeedback&amp;userid={item.seller}">'
+            "Read feedback comments</a><br>\n"
+            f'<a href="{cgi}?ViewListedItems&amp;userid={item.seller}&amp;item={item.number}">'
+            "<b>View seller's other items</b></a>\n"
+            "</td></tr></table>\n"
+            f"<p>{plain}: described by the seller as seen.</p>\n")
+        return self._page(f"eBay item {item.number} - {plain}", body)
+
+    def bids_page(self, item: Item) -> bytes:
+        rng = random.Random(f"bids/{self.site.index}/{item.number}")
+        rows = "".join(f"<tr><td>{rng.choice('abcdefghkmprstw')}***{rng.choice('aeiouy')}</td>"
+                       f"<td>Bid {n + 1}</td></tr>\n" for n in range(item.bid_count))
+        body = (f"<h2>Bid History for item {item.number}</h2>\n"
+                f'<table border="1" cellpadding="3" cellspacing="0">\n{rows}</table>\n')
+        return self._page(f"eBay bid history: {item.number}", body)
+
+    def feedback_page(self, seller: str) -> bytes:
+        rng = random.Random(f"feedback/{self.site.index}/{seller}")
+        comments = ("Fast delivery, great item. A+++", "Well packed and as described",
+                    "Excellent communication", "Would buy again")
+        rows = "".join(f"<li>{rng.choice(comments)}</li>\n" for _ in range(rng.randint(3, 8)))
+        body = f"<h2>Feedback for {seller}</h2>\n<ul>\n{rows}</ul>\n"
+        return self._page(f"eBay feedback: {seller}", body)
+
+    def seller_items_page(self, seller: str, item: Item | None) -> bytes:
+        items = [item] if item else []
+        body = f"<h2>Items for sale by {seller}</h2>\n" + self._item_rows(items)
+        return self._page(f"eBay items of {seller}", body)
+
+    def sign_in_page(self) -> bytes:
+        body = ('<h2>Sign In</h2>\n<form method="post" action="/aw-cgi/eBayISAPI.dll">\n'
+                '<input type="hidden" name="MfcISAPICommand" value="SignInWelcome">\n'
+                'User ID: <input type="text" name="userid"><br>\n'
+                'Password: <input type="password" name="pass"><br>\n'
+                '<input type="submit" value="Sign In">\n</form>\n')
+        return self._page("eBay Sign In", body)
+
+    def category_list(self) -> bytes:
+        def keyword_line(keywords, ident: int, fallback_url: str) -> str:
+            if not keywords:
+                return f"~KEYWORD~{NO_KNOWN_KEYWORDS}~|~{fallback_url}~|~"
+            return "~KEYWORD~" + "".join(f"{kw}~|~{self.search_url(kw, ident)}~|~"
+                                         for kw in keywords)
+
+        lines = []
+        for cat in self.categories:
+            lines.append(f"~CAT~{cat.name}~|~{cat.url}~|~")
+            lines.append(keyword_line(cat.keywords, cat.ident, cat.url))
+            for sub in cat.subs:
+                lines.append(f"~SUBCAT~{sub.name}~|~{sub.url}~|~")
+                lines.append(keyword_line(sub.keywords, sub.ident, sub.url))
+        return "".join(line + "\r\n" for line in lines).encode(ENCODING)
+
+    # -- routing --
+
+    LISTING_PATH = re.compile(
+        r"/[^/]+_W0QQsacatZ(?P<cat>\d+)/(?:[^/]+_W0QQsacatZ(?P<sub>\d+)/)?"
+        r"(?P<view>list|newtoday/all|endtoday/all|going/all)/(?P<tail>[^/]*)")
+
+    def listing_get(self, path: str, query: str) -> bytes | None:
+        if path in ("", "/"):
+            return self.home_page()
+        if path.startswith("/pics/") and path.endswith(".gif"):
+            return small_gif(sum(path.encode()) % 14 + 1)
+        match = self.LISTING_PATH.fullmatch(path)
+        if not match:
+            return None
+        cat = self.cats_by_id.get(int(match["cat"]))
+        if cat is None:
+            return None
+        if match["sub"] is None:
+            return self.category_page(cat)
+        sub = self.subs_by_id.get(int(match["sub"]))
+        if sub is None or sub.cat_index != cat.index:
+            return None
+        return self.listing_page(sub, match["view"], match["tail"])
+
+    def item_get(self, path: str, query: str) -> bytes | None:
+        if path != "/ws/eBayISAPI.dll":
+            return None
+        command, *pairs = query.replace("&amp;", "&").split("&")
+        params = dict(pair.split("=", 1) for pair in pairs if "=" in pair)
+        item = self.item_by_number(params.get("item", ""))
+        seller = params.get("userid", "")
+        if command == "ViewItem" and item:
+            return self.item_page(item)
+        if command == "ViewBids" and item:
+            return self.bids_page(item)
+        if command == "ViewFeedback" and seller:
+            return self.feedback_page(seller)
+        if command == "ViewListedItems" and seller:
+            return self.seller_items_page(seller, item)
+        return None
+
+    def sign_in_get(self, path: str, query: str) -> bytes | None:
+        if path == "/aw-cgi/eBayISAPI.dll" and query.startswith("MyEbayLogin"):
+            return self.sign_in_page()
+        return None
+
+    def search_get(self, path: str, query: str) -> bytes | None:
+        # Sort orders are appended to the search link as they are: /lego_W0QQsacatZ1001_W0QQ...
+        match = re.match(r"/([A-Za-z0-9-]+)_W0QQsacatZ(\d+)", path)
+        if not match:
+            return None
+        return self.search_page(match[1].replace("-", " "), int(match[2]))
+
+
+# --- Pictures ------------------------------------------------------------------------------------
+
+def small_gif(colour: int) -> bytes:
+    return gif(16, 16, [Frame(0, 0, 16, 16, bytes([colour]) * 256)])
+
+
+def banner_gif(background: int, accent: int, disposal: int, steps: int) -> bytes:
+    """A 120 x 60 banner: a framed face with three lines of 'text', then a block that moves."""
+    width, height = 120, 60
+    text_lines = ((10, 100), (20, 90), (30, 60))  # (top row, right end) of each line
+    face = bytearray([background]) * (width * height)
+    for y in range(height):
+        for x in range(width):
+            if x < 3 or y < 3 or x >= width - 3 or y >= height - 3:
+                face[y * width + x] = 2
+            elif any(top <= y < top + 4 and 8 <= x < end for top, end in text_lines):
+                face[y * width + x] = 1
+    frames = [Frame(0, 0, width, height, bytes(face), delay=80)]
+    size = 14
+    for step in range(steps):
+        # The block's corners are transparent, so the face shows through them.
+        block = bytes(15 if (x in (0, size - 1) and y in (0, size - 1)) else accent
+                      for y in range(size) for x in range(size))
+        frames.append(Frame(8 + step * 26, 40, size, size, block, delay=40, disposal=disposal,
+                            transparent=15))
+    return gif(width, height, frames, background, comment="Gavelscope banner")
+
+
+# Minutes shown, the page a click opens, the picture on the FTP server, and how it is drawn.
+BANNERS = (
+    (1, "/offers/keywords.html", "KeywordsBanner.gif", (12, 4, 1, 3)),
+    (2, "/offers/auctions.html", "AuctionsBanner.gif", (14, 11, 2, 4)),
+    (1, "/offers/hotitems.html", "HotItemsBanner.gif", (5, 10, 3, 2)),
+)
+
+
+# --- The whole world -----------------------------------------------------------------------------
+
+class SiteGenerator:
+    """Both eBay sites plus the vendor's web and FTP content, from five size knobs."""
+
+    LIMITS = {"categories": 99, "subcategories": 999, "keywords": 1000, "items": 99999,
+              "pages": 999}
+
+    def __init__(self, categories=12, subcategories=8, keywords=10, items=25, pages=3):
+        self.categories, self.subcategories, self.keywords = categories, subcategories, keywords
+        self.items, self.pages = items, pages
+        for name, limit in self.LIMITS.items():
+            value = getattr(self, name)
+            if not isinstance(value, int) or not 1 <= value <= limit:
+                raise ValueError(f"{name} must be an integer from 1 to {limit}")
+        self.usa = SiteContent(USA, self)
+        self.uk = SiteContent(UK, self)
+        self._routes = {PROBE_HOST: self._probe_get, VENDOR_HOST: self._vendor_get}
+        for content in (self.usa, self.uk):
+            self._routes[content.site.listing_host] = content.listing_get
+            self._routes[content.site.item_host] = content.item_get
+            self._routes[content.site.sign_in_host] = content.sign_in_get
+            self._routes[content.site.search_host] = content.search_get
+
+    def http_hosts(self) -> list:
+        """Every host that a generated page or file links to."""
+        return sorted(self._routes)
+
+    def http_get(self, host: str, target: str) -> bytes | None:
+        """The body for GET http://host/target, or None where the real server would say 404."""
+        route = self._routes.get(host.lower())
+        if route is None:
+            return None
+        path, _, query = target.partition("?")
+        return route(path, query)
+
+    def ftp_files(self) -> dict:
+        files = {"HotItemList.txt": self.hot_item_list()}
+        for _minutes, _page, name, look in BANNERS:
+            files[name] = banner_gif(*look)
+        return files
+
+    def hot_item_list(self) -> bytes:
+        """The shared history as copies of the program publish it: well-bid items of both sites."""
+        usa, uk = self.usa.hot_items(8), self.uk.hot_items(8)
+        mixed = [item for pair in zip(usa, uk) for item in pair]
+        mixed += usa[len(uk):] + uk[len(usa):]
+        first_day = datetime.date(2005, 3, 7)
+        lines = []
+        for n, item in enumerate(mixed):
+            day = first_day + datetime.timedelta(days=n // 2)
+            price = item.price if not item.sub.site.is_uk else "GBP " + item.price[1:]
+            lines.append(f"{item.link.replace('&amp;', '&')}~|~{day:%d/%m/%Y}~|~"
+                         f"{decode_entities(item.title)}~|~{price}~|~{item.bids}~|~\r\n")
+        return "".join(lines).encode(ENCODING)
+
+    def banner_list(self) -> bytes:
+        return "".join(f"{minutes}|http://{VENDOR_HOST}{page}|{name}|\r\n"
+                       for minutes, page, name, _look in BANNERS).encode(ENCODING)
+
+    def _probe_get(self, path: str, query: str) -> bytes | None:
+        if path not in ("", "/"):
+            return None
+        return (f'<html><head><title>eBay UK</title></head><body>\n<h1>Welcome to eBay</h1>\n'
+                f'<p><a href="http://{UK.listing_host}/">Browse all categories</a></p>\n'
+                "</body></html>\n").encode(ENCODING)
+
+    def _vendor_get(self, path: str, query: str) -> bytes | None:
+        if path == "/CategoryListUSA.txt":
+            return self.usa.category_list()
+        if path == "/CategoryListUK.txt":
+            return self.uk.category_list()
+        if path == "/GavelscopeBanners.txt":
+            return self.banner_list()
+        offers = {page: name for _m, page, name, _l in BANNERS}
+        if path in ("", "/") or path in offers:
+            heading = "Gavelscope" if path in ("", "/") else offers[path].removesuffix(".gif")
+            return ("<html><head><title>Gavelscope</title></head><body>\n"
+                    f"<h1>{heading}</h1>\n"
+                    "<p>Keyword / Auction / Hot Item Application for eBay sellers.</p>\n"
+                    "</body></html>\n").encode(ENCODING)
+        return None
