@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/ThreadOwner.h"
+#include "app/UserMessages.h"
+
+namespace gavelscope::app {
+
+// Opens pages in the user's web browser, each on a thread of its own so that no caller waits for a
+// browser to start. The browser command is run directly with the address as its last argument, never
+// through a shell, and only http, https and ftp addresses are handed to it.
+class CBrowserLauncher {
+ public:
+  explicit CBrowserLauncher(IUserMessages& messages, std::vector<std::string> command = {"xdg-open"});
+  ~CBrowserLauncher();
+
+  void OpenUrlInBrowser(std::string_view url);
+  // Stops waiting for browsers that are still starting; the browsers themselves go on.
+  void Shutdown() { m_threads.StopAndJoinAll(); }
+
+ private:
+  void BrowserThreadProc(const std::string& url, std::stop_token stop);
+
+  IUserMessages& m_messages;
+  std::vector<std::string> m_command;
+  ThreadOwner m_threads;
+};
+
+// True for the address schemes a browser may be given.
+bool IsBrowsableUrl(std::string_view url);
+
+}  // namespace gavelscope::app

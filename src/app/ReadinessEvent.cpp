@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#include "app/ReadinessEvent.h"
+
+namespace gavelscope::app {
+
+void ReadinessEvent::Set() {
+  {
+    std::lock_guard lock(m_mutex);
+    m_set = true;
+  }
+  m_changed.notify_all();
+}
+
+bool ReadinessEvent::IsSet() const {
+  std::lock_guard lock(m_mutex);
+  return m_set;
+}
+
+bool ReadinessEvent::Wait(std::stop_token stop) const {
+  std::unique_lock lock(m_mutex);
+  return m_changed.wait(lock, stop, [this] { return m_set; });
+}
+
+}  // namespace gavelscope::app

@@ -1,0 +1,175 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#include "app/RunController.h"
+
+#include <cctype>
+#include <cstdlib>
+#include <system_error>
+
+#include "app/CategoryAnchors.h"
+
+namespace gavelscope::app {
+
+namespace {
+
+// The files the system downloads into the per-user folder, removed when the program ends.
+constexpr const char* kFilesRemovedAtEnd[] = {"HotItemList.txt", "GavelscopeBanners.txt"};
+
+bool ContainsUK(std::string text) {
+  for (char& c : text) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  return text.find("UK") != std::string::npos;
+}
+
+// The edit's text read as a decimal number: leading blanks and a sign allowed, anything else ends it.
+int LeadingInteger(const std::string& text) { return std::atoi(text.c_str()); }
+
+}  // namespace
+
+CRunController::CRunController(ControllerConfig config, IMainView& view, IUserMessages& messages)
+    : m_config(std::move(config)), m_view(view), m_messages(messages), m_session(m_config.net) {}
+
+CRunController::~CRunController() { Shutdown(); }
+
+void CRunController::Start() {
+  m_view.SetStopButtonBitmap(kBitmapQueryIdle);
+  SetPagesSearchedText("0");
+  m_view.ShowView(ViewId::PagesSearched, false);
+  m_view.ShowView(ViewId::StopQueryButton, false);
+  m_bSiteUSA = true;
+  m_bQueryRunning = false;
+  m_bRefreshing = true;
+
+  // The count and the wait cursor start before the workers: a worker may finish before the rest of
+  // the start-up has run, and its completion must count towards this run.
+  {
+    std::lock_guard lock(m_countMutex);
+    m_nFinishedLoads = 0;
+  }
+  m_view.BeginWaitCursor();
+
+  // UK first, then USA; each worker sets its Site's event by looking at its own address.
+  const std::string ukRoot = m_config.profile.uk.listingRoot;
+  const std::string usaRoot = m_config.profile.usa.listingRoot;
+  m_threads.Start([this, ukRoot](std::stop_token stop) { LoadSiteCategories(m_categoriesUK, ukRoot, stop); });
+  m_threads.Start([this, usaRoot](std::stop_token stop) { LoadSiteCategories(m_categoriesUSA, usaRoot, stop); });
+
+  StartAnalysis();
+
+  m_view.ShowView(ViewId::TreeUK, false);
+  m_view.ShowView(ViewId::TreeUSA, true);
+  m_view.ShowView(ViewId::KeywordsUK, false);
+  m_view.ShowView(ViewId::KeywordsUSA, true);
+}
+
+void CRunController::ShowWelcome() {
+  m_messages.Show(UserMessage{std::string(text::kWelcomeText) + m_config.profile.vendor.supportEmail,
+                              text::kWelcomeTitle, MessageButtons::Ok, true});
+}
+
+void CRunController::StartAnalysis() {
+  m_view.ShowWindow();
+  m_view.SetProgressRange(0, kProgressMax);
+  m_view.SetProgressStep(1);
+  m_view.SetProgressPos(0);
+  m_view.SetProgressBackColour(kColourWhite);
+  m_view.SetProgressBarColour(kColourLoading);
+  for (ViewId hidden : {ViewId::AuctionsUSA, ViewId::AuctionsUK, ViewId::HotItemsUSA, ViewId::HotItemsUK,
+                        ViewId::QueryResults, ViewId::PagesSearched, ViewId::StopQueryButton}) {
+    m_view.ShowView(hidden, false);
+  }
+  m_view.RepaintNow();
+  StartAnalysisThreads();
+}
+
+void CRunController::StartAnalysisThreads() {
+  // The analysis threads start here, in this order: keywords UK, keywords USA, auctions USA,
+  // auctions UK, hot item history. Each counts one finished load when it ends.
+}
+
+void CRunController::LoadSiteCategories(SiteCategories& target, const std::string& baseUrl, std::stop_token stop) {
+  ExtractCategoryLinks(target, baseUrl, stop);
+  // The event that is set depends on the address alone, as it always has.
+  SiteCategories& ready = ContainsUK(baseUrl) ? m_categoriesUK : m_categoriesUSA;
+  ready.ready.Set();
+}
+
+void CRunController::ExtractCategoryLinks(SiteCategories& target, const std::string& url, std::stop_token stop) {
+  target.strHomePage = GetPageText(url, std::move(stop));
+  ParseCategoryAnchors(target.strHomePage, target.arrCategoryNames, target.arrCategoryLinks);
+  OnThreadFinished();
+}
+
+std::string CRunController::GetPageText(std::string_view url, std::stop_token stop) {
+  return m_session.GetPageText(url, std::move(stop));
+}
+
+void CRunController::OnThreadFinished() {
+  bool allDone = false;
+  {
+    std::lock_guard lock(m_countMutex);
+    allDone = ++m_nFinishedLoads == kLoadsPerRun;
+  }
+  if (allDone) {
+    m_view.SetProgressBarColour(kColourLoaded);
+    m_view.EndWaitCursor();
+  }
+}
+
+int CRunController::FinishedLoads() const {
+  std::lock_guard lock(m_countMutex);
+  return m_nFinishedLoads;
+}
+
+void CRunController::SetRefreshDone(bool done) { m_bRefreshing = !done; }
+
+bool CRunController::RefreshDisplay() {
+  if (m_bRefreshing.exchange(true)) {
+    m_messages.Show(UserMessage{text::kAlreadyRefreshing, text::kMessageTitle, MessageButtons::Ok, true});
+    return false;
+  }
+  m_view.SetProgressBarColour(kColourLoading);
+  // The keyword and auction views are cleared here as they join; the history and query lists stay.
+  m_view.SetProgressRange(0, kProgressMax);
+  m_view.SetProgressStep(1);
+  {
+    std::lock_guard lock(m_countMutex);
+    m_nFinishedLoads = 0;
+  }
+  m_view.BeginWaitCursor();
+  // Categories are discovered once per process; the controller counts the two start-up workers itself.
+  OnThreadFinished();
+  OnThreadFinished();
+  StartAnalysisThreads();
+  return true;
+}
+
+void CRunController::SetQueryRunning(bool running) {
+  m_bQueryRunning = running;
+  m_view.SetStopButtonBitmap(running ? kBitmapQueryRunning : kBitmapQueryIdle);
+}
+
+void CRunController::IncrementPagesSearched() {
+  std::lock_guard lock(m_pagesMutex);
+  m_strPagesSearched = std::to_string(static_cast<long long>(LeadingInteger(m_strPagesSearched)) + 1);
+  m_view.SetEditText(ViewId::PagesSearched, m_strPagesSearched);
+}
+
+void CRunController::SetPagesSearchedText(const std::string& text) {
+  std::lock_guard lock(m_pagesMutex);
+  m_strPagesSearched = text;
+  m_view.SetEditText(ViewId::PagesSearched, m_strPagesSearched);
+}
+
+void CRunController::StepProgress() { m_view.StepProgress(); }
+
+void CRunController::Shutdown() {
+  if (m_bShutDown.exchange(true)) return;
+  m_threads.StopAndJoinAll();
+  if (m_config.cacheFolder.empty()) return;
+  for (const char* name : kFilesRemovedAtEnd) {
+    std::error_code ignored;
+    std::filesystem::remove(m_config.cacheFolder / name, ignored);
+  }
+}
+
+}  // namespace gavelscope::app

@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#pragma once
+
+#include <atomic>
+#include <filesystem>
+#include <mutex>
+#include <stop_token>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/MainView.h"
+#include "app/ReadinessEvent.h"
+#include "app/ThreadOwner.h"
+#include "app/UserMessages.h"
+#include "net/NetOptions.h"
+#include "net/PageFetcher.h"
+#include "net/SiteProfile.h"
+
+namespace gavelscope::app {
+
+struct ControllerConfig {
+  net::Profile profile;
+  net::NetOptions net;
+  // The per-user folder for the files the system downloads and writes.
+  std::filesystem::path cacheFolder;
+};
+
+// What the start-up category worker of one Site discovers. Written only before `ready` is set and
+// read only after a wait on it, which is all the synchronisation these values need.
+struct SiteCategories {
+  std::vector<std::string> arrCategoryNames;
+  std::vector<std::string> arrCategoryLinks;  // parallel to the names
+  std::string strHomePage;                    // the listing home page, lines joined
+  ReadinessEvent ready;
+};
+
+// The run controller of the main window: starts the start-up workers and the analysis threads,
+// counts their completions, restarts the analysis on refresh, owns the state they share, and at the
+// end stops and joins them all. The window (or the CLI) supplies the view operations.
+class CRunController {
+ public:
+  static constexpr int kLoadsPerRun = 7;
+  static constexpr int kProgressMax = 60;
+
+  CRunController(ControllerConfig config, IMainView& view, IUserMessages& messages);
+  ~CRunController();
+  CRunController(const CRunController&) = delete;
+  CRunController& operator=(const CRunController&) = delete;
+
+  // The window's start-up: flags, the two category workers, then the analysis.
+  void Start();
+  // The start-up notice; the window shows it once it has started, the CLI does not.
+  void ShowWelcome();
+  // Refresh: refused while a run's keyword load is still going, else restarts the analysis.
+  bool RefreshDisplay();
+  // Stops and joins every thread, then removes the downloaded files. Safe to call twice.
+  void Shutdown();
+
+  // For the workers and views.
+  std::string GetPageText(std::string_view url, std::stop_token stop = {});
+  void OnThreadFinished();
+  void SetRefreshDone(bool done);
+  void SetQueryRunning(bool running);
+  bool IsQueryRunning() const { return m_bQueryRunning.load(); }
+  void IncrementPagesSearched();
+  void SetPagesSearchedText(const std::string& text);
+  bool IsSiteUSA() const { return m_bSiteUSA.load(); }
+  void StepProgress();
+
+  SiteCategories& Categories(net::Site site) { return site == net::Site::USA ? m_categoriesUSA : m_categoriesUK; }
+  const ControllerConfig& config() const { return m_config; }
+  net::SharedSession& session() { return m_session; }
+  int FinishedLoads() const;
+  bool IsRefreshing() const { return m_bRefreshing.load(); }
+
+  // The start-up worker of one Site: fetch the listing home page and extract its categories.
+  void ExtractCategoryLinks(SiteCategories& target, const std::string& url, std::stop_token stop);
+
+ private:
+  void StartAnalysis();
+  void StartAnalysisThreads();
+  void LoadSiteCategories(SiteCategories& target, const std::string& baseUrl, std::stop_token stop);
+
+  ControllerConfig m_config;
+  IMainView& m_view;
+  IUserMessages& m_messages;
+  net::SharedSession m_session;
+
+  SiteCategories m_categoriesUK;
+  SiteCategories m_categoriesUSA;
+
+  mutable std::mutex m_countMutex;
+  int m_nFinishedLoads = 0;
+  std::mutex m_pagesMutex;
+  std::string m_strPagesSearched = "0";
+
+  std::atomic<bool> m_bQueryRunning{false};
+  std::atomic<bool> m_bSiteUSA{true};
+  std::atomic<bool> m_bRefreshing{false};
+  std::atomic<bool> m_bShutDown{false};
+
+  // Last member: destroyed first, so no worker outlives the state it uses.
+  ThreadOwner m_threads;
+};
+
+}  // namespace gavelscope::app

@@ -1,0 +1,195 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#include "cli/CliApp.h"
+
+#include <stdlib.h>
+
+#include <ostream>
+#include <system_error>
+
+#include "app/HeadlessMainView.h"
+#include "app/RunController.h"
+#include "app/Startup.h"
+#include "app/UserFolders.h"
+#include "app/UserMessages.h"
+
+namespace gavelscope::cli {
+
+namespace {
+
+constexpr const char* kUsage =
+    "Usage: gavelscope-cli [--connect-to HOST:PORT:ADDR:PORT]... [--sandbox] COMMAND [OPTIONS]\n"
+    "\n"
+    "Runs the Gavelscope start-up without a window and prints what one view would show.\n"
+    "\n"
+    "Options:\n"
+    "  --connect-to HOST:PORT:ADDR:PORT  send connections meant for HOST:PORT to ADDR:PORT\n"
+    "                                    (URLs and Host headers stay as they are); repeatable\n"
+    "  --sandbox                         start the bundled stand-in sites and use them\n"
+    "  --help                            show this text\n"
+    "  --version                         show the version\n"
+    "\n"
+    "Commands:\n"
+    "  categories --site usa|uk          the top-level categories of a site: name, tab, link\n";
+
+constexpr const char* kVersion = "gavelscope-cli 2.0\n";
+
+// The CLI tells the user what the window would put in a message box, on stderr.
+class StderrMessages : public app::IUserMessages {
+ public:
+  explicit StderrMessages(std::ostream& err) : m_err(err) {}
+  app::MessageReply Show(const app::UserMessage& message) override {
+    m_err << message.text << '\n';
+    return message.buttons == app::MessageButtons::YesNo ? app::MessageReply::Yes : app::MessageReply::Ok;
+  }
+
+ private:
+  std::ostream& m_err;
+};
+
+// A working folder of this run's own, so that the CLI never removes files a running window uses.
+class RunFolder {
+ public:
+  RunFolder() {
+    std::string pattern = (app::CacheFolder() / "cli-XXXXXX").string();
+    if (mkdtemp(pattern.data()) != nullptr) m_path = pattern;
+  }
+  ~RunFolder() {
+    std::error_code ignored;
+    if (!m_path.empty()) std::filesystem::remove_all(m_path, ignored);
+  }
+  const std::filesystem::path& path() const { return m_path; }
+
+ private:
+  std::filesystem::path m_path;
+};
+
+bool TakeValue(const std::vector<std::string>& args, std::size_t& i, const std::string& name, std::string& value,
+               std::string& error) {
+  const std::string& arg = args[i];
+  if (arg.starts_with(name + "=")) {
+    value = arg.substr(name.size() + 1);
+    return true;
+  }
+  if (i + 1 >= args.size()) {
+    error = name + " needs a value";
+    return false;
+  }
+  value = args[++i];
+  return true;
+}
+
+bool IsOption(const std::string& arg, const std::string& name) { return arg == name || arg.starts_with(name + "="); }
+
+bool ValidConnectTo(const std::string& mapping) {
+  int colons = 0;
+  for (char c : mapping) colons += c == ':' ? 1 : 0;
+  return colons >= 3;
+}
+
+int PrintCategories(app::CRunController& controller, net::Site site, std::ostream& out) {
+  app::SiteCategories& categories = controller.Categories(site);
+  if (!categories.ready.Wait({})) return kExitFailure;
+  for (std::size_t i = 0; i < categories.arrCategoryNames.size(); ++i) {
+    out << categories.arrCategoryNames[i] << '\t' << categories.arrCategoryLinks[i] << '\n';
+  }
+  out.flush();
+  return out ? kExitOk : kExitFailure;
+}
+
+}  // namespace
+
+std::optional<CliRequest> ParseCommandLine(const std::vector<std::string>& args, std::string& error) {
+  CliRequest request;
+  bool siteGiven = false;
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    const std::string& arg = args[i];
+    std::string value;
+    if (arg == "--help" || arg == "-h") {
+      request.help = true;
+    } else if (arg == "--version") {
+      request.version = true;
+    } else if (arg == "--sandbox" && request.command.empty()) {
+      request.sandbox = true;
+    } else if (IsOption(arg, "--connect-to") && request.command.empty()) {
+      if (!TakeValue(args, i, "--connect-to", value, error)) return std::nullopt;
+      if (!ValidConnectTo(value)) {
+        error = "--connect-to needs HOST:PORT:ADDR:PORT, not \"" + value + "\"";
+        return std::nullopt;
+      }
+      request.connectTo.push_back(value);
+    } else if (IsOption(arg, "--site") && request.command == "categories") {
+      if (!TakeValue(args, i, "--site", value, error)) return std::nullopt;
+      if (value != "usa" && value != "uk") {
+        error = "--site is usa or uk, not \"" + value + "\"";
+        return std::nullopt;
+      }
+      request.site = value == "usa" ? net::Site::USA : net::Site::UK;
+      siteGiven = true;
+    } else if (request.command.empty() && arg == "categories") {
+      request.command = arg;
+    } else {
+      error = (request.command.empty() && !arg.starts_with("-") ? "unknown command: " : "unknown option: ") + arg;
+      return std::nullopt;
+    }
+  }
+  if (request.help || request.version) return request;
+  if (request.command.empty()) {
+    error = "no command given";
+    return std::nullopt;
+  }
+  if (!siteGiven) {
+    error = request.command + " needs --site usa|uk";
+    return std::nullopt;
+  }
+  return request;
+}
+
+int RunCli(const std::vector<std::string>& args, const CliEnvironment& environment, std::ostream& out,
+           std::ostream& err) {
+  std::string error;
+  const std::optional<CliRequest> request = ParseCommandLine(args, error);
+  if (!request) {
+    err << "gavelscope-cli: " << error << "\n\n" << kUsage;
+    return kExitUsage;
+  }
+  if (request->help) {
+    out << kUsage;
+    return kExitOk;
+  }
+  if (request->version) {
+    out << kVersion;
+    return kExitOk;
+  }
+
+  app::ControllerConfig config;
+  config.profile = net::CompiledProfile();
+  // Mappings given on the command line come first, so they win over the sandbox's.
+  config.net.connectTo = request->connectTo;
+  std::unique_ptr<app::SandboxProcess> sandbox;
+  if (request->sandbox) {
+    sandbox = app::SandboxProcess::Start(environment.sandbox, error);
+    if (!sandbox) {
+      err << "gavelscope-cli: cannot start the sandbox: " << error << '\n';
+      return kExitFailure;
+    }
+    config.net.connectTo.insert(config.net.connectTo.end(), sandbox->connectTo().begin(), sandbox->connectTo().end());
+  }
+
+  StderrMessages messages(err);
+  if (!app::ProbeConnectivity(config.profile, config.net)) {
+    messages.Show(app::UserMessage{app::text::kNoInternet, app::text::kApplicationName});
+    return kExitFailure;
+  }
+
+  RunFolder folder;
+  config.cacheFolder = folder.path();
+  app::HeadlessMainView view;
+  app::CRunController controller(config, view, messages);
+  controller.Start();
+  const int status = PrintCategories(controller, request->site, out);
+  controller.Shutdown();
+  return status;
+}
+
+}  // namespace gavelscope::cli

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#pragma once
+
+#include <filesystem>
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/SandboxProcess.h"
+#include "net/SiteProfile.h"
+
+namespace gavelscope::cli {
+
+inline constexpr int kExitOk = 0;
+inline constexpr int kExitFailure = 1;
+inline constexpr int kExitUsage = 2;
+
+struct CliRequest {
+  std::vector<std::string> connectTo;
+  bool sandbox = false;
+  bool help = false;
+  bool version = false;
+  std::string command;
+  net::Site site = net::Site::USA;
+};
+
+// The parsed command line, or nullopt with `error` set for a usage error.
+std::optional<CliRequest> ParseCommandLine(const std::vector<std::string>& args, std::string& error);
+
+struct CliEnvironment {
+  app::SandboxOptions sandbox;  // how --sandbox starts the stand-in sites
+};
+
+// Runs one command the way the window starts: probe, start-up, wait for the load the command shows,
+// print it, then stop and join everything. Returns the process exit code.
+int RunCli(const std::vector<std::string>& args, const CliEnvironment& environment, std::ostream& out,
+           std::ostream& err);
+
+}  // namespace gavelscope::cli

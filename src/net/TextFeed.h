@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#pragma once
+
+#include <memory>
+#include <stop_token>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "net/NetOptions.h"
+
+namespace gavelscope::net {
+
+class Session;
+class Transfer;
+
+// An open text resource read line by line. Closing a feed is destroying it.
+class TextFeed {
+ public:
+  explicit TextFeed(std::unique_ptr<Transfer> transfer);
+  ~TextFeed();
+  TextFeed(const TextFeed&) = delete;
+  TextFeed& operator=(const TextFeed&) = delete;
+
+  // The next line without its line feed (a carriage return before it stays); false at the end.
+  // A failure while reading ends the feed after the last complete line; failed() then tells.
+  bool ReadLine(std::string& line);
+  bool failed() const { return m_failed; }
+
+ private:
+  std::unique_ptr<Transfer> m_transfer;
+  std::size_t m_consumed = 0;
+  bool m_failed = false;
+};
+
+struct FeedOpenResult {
+  std::unique_ptr<TextFeed> feed;  // null when the open failed
+  std::string error;
+};
+
+// Opens url with the two request header lines of the vendor's list readers. Nothing is cached:
+// the vendor updates the lists in place. Connections are kept alive for the session's next feed.
+// The open completes when the server has answered; a failure up to then leaves no feed open.
+FeedOpenResult OpenTextFeed(const std::shared_ptr<Session>& session, std::string_view url, std::stop_token stop);
+
+// Opens url and closes it again without reading: true when the server answered.
+NetResult ProbeUrl(const std::shared_ptr<Session>& session, std::string_view url, std::stop_token stop);
+
+}  // namespace gavelscope::net

@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#include "cli/CliApp.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <sstream>
+
+#include "support/SandboxFixture.h"
+
+namespace gavelscope::cli {
+namespace {
+
+struct Outcome {
+  int status;
+  std::string out;
+  std::string err;
+};
+
+Outcome RunCommand(const std::vector<std::string>& args) {
+  CliEnvironment environment;
+  environment.sandbox.python = GAVELSCOPE_SANDBOX_PYTHON;
+  environment.sandbox.script = GAVELSCOPE_SANDBOX_SCRIPT;
+  std::ostringstream out;
+  std::ostringstream err;
+  const int status = RunCli(args, environment, out, err);
+  return {status, out.str(), err.str()};
+}
+
+struct UsageCase {
+  const char* name;
+  std::vector<std::string> args;
+};
+
+void PrintTo(const UsageCase& c, std::ostream* os) { *os << c.name; }
+
+class CliUsageErrors : public ::testing::TestWithParam<UsageCase> {};
+
+TEST_P(CliUsageErrors, ExitWithTwoAndTheUsage) {
+  const Outcome outcome = RunCommand(GetParam().args);
+  EXPECT_EQ(outcome.status, kExitUsage);
+  EXPECT_TRUE(outcome.out.empty());
+  EXPECT_NE(outcome.err.find("Usage: gavelscope-cli"), std::string::npos);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cli, CliUsageErrors,
+    ::testing::Values(UsageCase{"NoCommand", {}}, UsageCase{"UnknownCommand", {"bogus"}},
+                      UsageCase{"SiteMissing", {"categories"}}, UsageCase{"SiteUnknown", {"categories", "--site", "fr"}},
+                      UsageCase{"SiteWithoutValue", {"categories", "--site"}},
+                      UsageCase{"ConnectToMalformed", {"--connect-to", "host:80", "categories", "--site", "uk"}},
+                      UsageCase{"UnknownOption", {"--verbose", "categories", "--site", "uk"}}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(Cli, HelpAndVersionGoToStdout) {
+  EXPECT_EQ(RunCommand({"--help"}).status, kExitOk);
+  EXPECT_NE(RunCommand({"--help"}).out.find("categories --site usa|uk"), std::string::npos);
+  EXPECT_EQ(RunCommand({"--version"}).out, "gavelscope-cli 2.0\n");
+}
+
+TEST(Cli, NoInternetEndsWithTheSystemMessage) {
+  const auto started = std::chrono::steady_clock::now();
+  const Outcome outcome =
+      RunCommand({"--connect-to", "www.ebay.co.uk:80:127.0.0.1:" + std::to_string(testing::ClosedLoopbackPort()),
+           "categories", "--site", "uk"});
+  EXPECT_EQ(outcome.status, kExitFailure);
+  EXPECT_EQ(outcome.err, "Error - No Internet connection.\n");
+  EXPECT_TRUE(outcome.out.empty());
+  EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(20));
+}
+
+class CliOnSandbox : public testing::SandboxTest {};
+
+TEST_F(CliOnSandbox, CategoriesPrintsNameTabLinkPerCategory) {
+  std::vector<std::string> args;
+  for (const std::string& mapping : Sandbox().connectTo()) {
+    args.push_back("--connect-to");
+    args.push_back(mapping);
+  }
+  args.insert(args.end(), {"categories", "--site", "uk"});
+  const Outcome outcome = RunCommand(args);
+  ASSERT_EQ(outcome.status, kExitOk) << outcome.err;
+  std::istringstream lines(outcome.out);
+  int count = 0;
+  for (std::string line; std::getline(lines, line); ++count) {
+    const auto tab = line.find('\t');
+    ASSERT_NE(tab, std::string::npos) << line;
+    EXPECT_GT(tab, 0U);
+    EXPECT_TRUE(line.substr(tab + 1).starts_with("/")) << line;
+  }
+  EXPECT_GT(count, 0);
+}
+
+TEST(Cli, SandboxOptionStartsTheStandInSites) {
+  const Outcome outcome = RunCommand({"--sandbox", "categories", "--site", "usa"});
+  ASSERT_EQ(outcome.status, kExitOk) << outcome.err;
+  EXPECT_TRUE(outcome.out.starts_with("Antiques\t/Antiques_W0QQsacatZ1000/list\n")) << outcome.out;
+}
+
+}  // namespace
+}  // namespace gavelscope::cli

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#include "net/FtpClient.h"
+
+#include <gtest/gtest.h>
+
+#include "support/SandboxFixture.h"
+#include "support/TempFolder.h"
+
+namespace gavelscope::net {
+namespace {
+
+using testing::ReadFileBytes;
+using testing::SandboxTest;
+using testing::TempFolder;
+using testing::WriteFileBytes;
+
+class FtpClientTest : public SandboxTest {
+ protected:
+  FtpClient Client(std::string password = "h0tlist") {
+    FtpAccount account = CompiledProfile().vendor.ftp;
+    account.password = std::move(password);
+    return FtpClient(SandboxNetOptions(), account);
+  }
+
+  TempFolder m_local;
+};
+
+TEST_F(FtpClientTest, GetsAFileByteForByte) {
+  FtpClient client = Client();
+  ASSERT_TRUE(client.Connect({}));
+  // Binary mode: the history file's CR LF line ends and any high bytes arrive untouched.
+  const std::string served = ReadFileBytes(Sandbox().ftpRoot() / "HotItemList.txt");
+  ASSERT_NE(served.find("\r\n"), std::string::npos);
+  const NetResult got = client.GetFile("HotItemList.txt", m_local / "HotItemList.txt", {});
+  ASSERT_TRUE(got) << got.error;
+  EXPECT_EQ(ReadFileBytes(m_local / "HotItemList.txt"), served);
+}
+
+TEST_F(FtpClientTest, PutsThenRemovesAFile) {
+  FtpClient client = Client();
+  WriteFileBytes(m_local / "upload.txt", "first line\nsecond line\n");
+  const NetResult put = client.PutFile(m_local / "upload.txt", "Uploaded.txt", {});
+  ASSERT_TRUE(put) << put.error;
+  const std::string arrived = ReadFileBytes(Sandbox().ftpRoot() / "Uploaded.txt");
+  EXPECT_NE(arrived.find("first line"), std::string::npos);
+  EXPECT_NE(arrived.find("second line"), std::string::npos);
+
+  const NetResult removed = client.Remove("Uploaded.txt", {});
+  ASSERT_TRUE(removed) << removed.error;
+  EXPECT_FALSE(std::filesystem::exists(Sandbox().ftpRoot() / "Uploaded.txt"));
+  EXPECT_FALSE(client.Remove("Uploaded.txt", {}));
+}
+
+TEST_F(FtpClientTest, MissingFileFailsAndKeepsTheLocalCopy) {
+  FtpClient client = Client();
+  WriteFileBytes(m_local / "HotItemList.txt", "what we had");
+  const NetResult got = client.GetFile("NoSuchFile.txt", m_local / "HotItemList.txt", {});
+  EXPECT_FALSE(got);
+  EXPECT_NE(got.error.find("550"), std::string::npos) << got.error;
+  EXPECT_EQ(ReadFileBytes(m_local / "HotItemList.txt"), "what we had");
+  EXPECT_FALSE(std::filesystem::exists(m_local / "HotItemList.txt.part"));
+}
+
+TEST_F(FtpClientTest, WrongPasswordIsRefused) {
+  FtpClient client = Client("wrong");
+  const NetResult connected = client.Connect({});
+  EXPECT_FALSE(connected);
+  EXPECT_NE(connected.error.find("530"), std::string::npos) << connected.error;
+}
+
+TEST_F(FtpClientTest, MissingLocalFileIsReportedWithoutTouchingTheServer) {
+  FtpClient client = Client();
+  const NetResult put = client.PutFile(m_local / "absent.txt", "absent.txt", {});
+  EXPECT_FALSE(put);
+  EXPECT_FALSE(std::filesystem::exists(Sandbox().ftpRoot() / "absent.txt"));
+}
+
+}  // namespace
+}  // namespace gavelscope::net
