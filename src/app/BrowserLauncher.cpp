@@ -57,7 +57,9 @@ bool IsBrowsableUrl(std::string_view url) {
 CBrowserLauncher::CBrowserLauncher(IUserMessages& messages, std::vector<std::string> command)
     : m_messages(messages), m_command(std::move(command)) {}
 
-CBrowserLauncher::~CBrowserLauncher() { Shutdown(); }
+CBrowserLauncher::~CBrowserLauncher() {
+  Shutdown();
+}
 
 void CBrowserLauncher::OpenUrlInBrowser(std::string_view url) {
   m_threads.Start([this, url = std::string(url)](std::stop_token stop) { BrowserThreadProc(url, stop); });

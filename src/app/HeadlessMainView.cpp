@@ -6,7 +6,9 @@ namespace gavelscope::app {
 
 namespace {
 
-std::size_t Index(ViewId view) { return static_cast<std::size_t>(view); }
+std::size_t Index(ViewId view) {
+  return static_cast<std::size_t>(view);
+}
 
 }  // namespace
 

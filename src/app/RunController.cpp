@@ -21,14 +21,18 @@ bool ContainsUK(std::string text) {
 }
 
 // The edit's text read as a decimal number: leading blanks and a sign allowed, anything else ends it.
-int LeadingInteger(const std::string& text) { return std::atoi(text.c_str()); }
+int LeadingInteger(const std::string& text) {
+  return std::atoi(text.c_str());
+}
 
 }  // namespace
 
 CRunController::CRunController(ControllerConfig config, IMainView& view, IUserMessages& messages)
     : m_config(std::move(config)), m_view(view), m_messages(messages), m_session(m_config.net) {}
 
-CRunController::~CRunController() { Shutdown(); }
+CRunController::~CRunController() {
+  Shutdown();
+}
 
 void CRunController::Start() {
   m_view.SetStopButtonBitmap(kBitmapQueryIdle);
@@ -120,7 +124,9 @@ int CRunController::FinishedLoads() const {
   return m_nFinishedLoads;
 }
 
-void CRunController::SetRefreshDone(bool done) { m_bRefreshing = !done; }
+void CRunController::SetRefreshDone(bool done) {
+  m_bRefreshing = !done;
+}
 
 bool CRunController::RefreshDisplay() {
   if (m_bRefreshing.exchange(true)) {
@@ -160,7 +166,9 @@ void CRunController::SetPagesSearchedText(const std::string& text) {
   m_view.SetEditText(ViewId::PagesSearched, m_strPagesSearched);
 }
 
-void CRunController::StepProgress() { m_view.StepProgress(); }
+void CRunController::StepProgress() {
+  m_view.StepProgress();
+}
 
 void CRunController::Shutdown() {
   if (m_bShutDown.exchange(true)) return;

@@ -88,7 +88,8 @@ bool SandboxProcess::ReadUntilReady(std::string& error) {
       if (line.starts_with("connect-to ")) m_connectTo.push_back(line.substr(11));
       if (line.starts_with("ftp-root ")) m_ftpRoot = line.substr(9);
     }
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+    const auto left =
+        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
     pollfd fd{m_output, POLLIN, 0};
     const int ready = left.count() > 0 ? poll(&fd, 1, static_cast<int>(left.count())) : 0;
     if (ready < 0 && errno == EINTR) continue;
@@ -128,6 +129,8 @@ void SandboxProcess::Stop() {
   m_output = -1;
 }
 
-SandboxProcess::~SandboxProcess() { Stop(); }
+SandboxProcess::~SandboxProcess() {
+  Stop();
+}
 
 }  // namespace gavelscope::app

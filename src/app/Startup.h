@@ -11,6 +11,7 @@ namespace gavelscope::app {
 
 // Opens the UK site's root page on a session of its own, without reading it: true when the server
 // answered. Nothing starts without it.
-net::NetResult ProbeConnectivity(const net::Profile& profile, const net::NetOptions& options, std::stop_token stop = {});
+net::NetResult ProbeConnectivity(const net::Profile& profile, const net::NetOptions& options,
+                                 std::stop_token stop = {});
 
 }  // namespace gavelscope::app

@@ -4,7 +4,9 @@
 
 namespace gavelscope::app {
 
-ThreadOwner::~ThreadOwner() { StopAndJoinAll(); }
+ThreadOwner::~ThreadOwner() {
+  StopAndJoinAll();
+}
 
 bool ThreadOwner::Start(std::function<void(std::stop_token)> job) {
   std::lock_guard lock(m_mutex);

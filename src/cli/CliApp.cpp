@@ -79,7 +79,9 @@ bool TakeValue(const std::vector<std::string>& args, std::size_t& i, const std::
   return true;
 }
 
-bool IsOption(const std::string& arg, const std::string& name) { return arg == name || arg.starts_with(name + "="); }
+bool IsOption(const std::string& arg, const std::string& name) {
+  return arg == name || arg.starts_with(name + "=");
+}
 
 bool ValidConnectTo(const std::string& mapping) {
   int colons = 0;

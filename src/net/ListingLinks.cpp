@@ -9,10 +9,17 @@ namespace gavelscope::net {
 std::string ViewLink(std::string_view listingLink, ListingView view) {
   std::string link(listingLink);
   switch (view) {
-    case ListingView::Current: break;
-    case ListingView::NewToday: ReplaceAll(link, "list/", "newtoday/all/"); break;
-    case ListingView::EndingToday: ReplaceAll(link, "list/", "endtoday/all/"); break;
-    case ListingView::GoingGone: ReplaceAll(link, "list/", "going/all/"); break;
+    case ListingView::Current:
+      break;
+    case ListingView::NewToday:
+      ReplaceAll(link, "list/", "newtoday/all/");
+      break;
+    case ListingView::EndingToday:
+      ReplaceAll(link, "list/", "endtoday/all/");
+      break;
+    case ListingView::GoingGone:
+      ReplaceAll(link, "list/", "going/all/");
+      break;
   }
   return link;
 }

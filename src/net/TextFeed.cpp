@@ -11,10 +11,11 @@ namespace {
 
 constexpr long kFeedChunkBytes = 4096;
 
-// Opening completes once the server has started its answer, or the transfer has ended.
+// Opening completes once the server has started its answer. A transfer that breaks after that
+// has opened; the break shows when the lines are read.
 NetResult OpenTransfer(Transfer& transfer) {
   transfer.Run([&transfer] { return transfer.responseStarted(); });
-  if (transfer.done() && !transfer.succeeded()) return transfer.Outcome();
+  if (transfer.done() && !transfer.succeeded() && !transfer.responseStarted()) return transfer.Outcome();
   return {true, {}};
 }
 

@@ -47,7 +47,9 @@ Transfer::~Transfer() {
   m_session->ReleaseCache(m_multi);
 }
 
-void Transfer::SetReadChunkSize(long bytes) { curl_easy_setopt(m_easy, CURLOPT_BUFFERSIZE, bytes); }
+void Transfer::SetReadChunkSize(long bytes) {
+  curl_easy_setopt(m_easy, CURLOPT_BUFFERSIZE, bytes);
+}
 
 void Transfer::SetRequestHeaders(std::initializer_list<const char*> lines) {
   for (const char* line : lines) m_headers = curl_slist_append(m_headers, line);

@@ -37,7 +37,9 @@ class Transfer {
 
   // Runs until `enough` holds (checked before each wait) or the transfer ends.
   void Run(const std::function<bool()>& enough);
-  void RunToEnd() { Run([] { return false; }); }
+  void RunToEnd() {
+    Run([] { return false; });
+  }
 
   bool done() const { return m_done; }
   bool succeeded() const { return m_done && m_result == CURLE_OK; }

@@ -2,10 +2,11 @@
 // Copyright 2026 The Gavelscope developers
 #include "app/BrowserLauncher.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
-#include <fstream>
 #include <set>
 
 #include "support/RecordingMessages.h"
@@ -21,21 +22,27 @@ using testing::TempFolder;
 // it, so the test needs no timing.
 class BrowserLauncherTest : public ::testing::Test {
  protected:
-  void SetUp() override { ASSERT_EQ(mkfifo(m_fifo.c_str(), 0600), 0); }
+  void SetUp() override {
+    ASSERT_EQ(mkfifo(m_fifo.c_str(), 0600), 0);
+    // Held open for writing too, so the pipe never reports its end between two browsers.
+    m_pipe = open(m_fifo.c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_GE(m_pipe, 0);
+  }
+  void TearDown() override { close(m_pipe); }
 
   std::vector<std::string> StandInBrowser() const {
     return {"/bin/sh", "-c", "printf '%s\\n' \"$1\" > \"$0\"", m_fifo.string()};
   }
 
   std::string NextOpenedUrl() const {
-    std::ifstream pipe(m_fifo);
     std::string url;
-    std::getline(pipe, url);
+    for (char c; read(m_pipe, &c, 1) == 1 && c != '\n';) url += c;
     return url;
   }
 
   TempFolder m_folder;
   std::filesystem::path m_fifo = m_folder / "browser";
+  int m_pipe = -1;
   RecordingMessages m_messages;
 };
 

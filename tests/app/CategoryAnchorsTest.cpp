@@ -24,8 +24,8 @@ TEST(CategoryAnchors, ReadsNamesAndLinksInPageOrder) {
       "<a href=\"http://listings.ebay.com/Toys/list/\"><b>Toys &amp; Hobbies</b></a> (55)</html>");
   EXPECT_EQ(found.names, (std::vector<std::string>{"Books", "Toys & Hobbies"}));
   // The cut stops three characters before the anchor text, so the closing "/" goes too.
-  EXPECT_EQ(found.links, (std::vector<std::string>{"http://listings.ebay.com/Books/list",
-                                                   "http://listings.ebay.com/Toys/list"}));
+  EXPECT_EQ(found.links,
+            (std::vector<std::string>{"http://listings.ebay.com/Books/list", "http://listings.ebay.com/Toys/list"}));
 }
 
 TEST(CategoryAnchors, BoldInsideANameCutsItAtTheLastTag) {

@@ -33,7 +33,9 @@ struct UsageCase {
   std::vector<std::string> args;
 };
 
-void PrintTo(const UsageCase& c, std::ostream* os) { *os << c.name; }
+void PrintTo(const UsageCase& c, std::ostream* os) {
+  *os << c.name;
+}
 
 class CliUsageErrors : public ::testing::TestWithParam<UsageCase> {};
 
@@ -44,14 +46,15 @@ TEST_P(CliUsageErrors, ExitWithTwoAndTheUsage) {
   EXPECT_NE(outcome.err.find("Usage: gavelscope-cli"), std::string::npos);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Cli, CliUsageErrors,
-    ::testing::Values(UsageCase{"NoCommand", {}}, UsageCase{"UnknownCommand", {"bogus"}},
-                      UsageCase{"SiteMissing", {"categories"}}, UsageCase{"SiteUnknown", {"categories", "--site", "fr"}},
-                      UsageCase{"SiteWithoutValue", {"categories", "--site"}},
-                      UsageCase{"ConnectToMalformed", {"--connect-to", "host:80", "categories", "--site", "uk"}},
-                      UsageCase{"UnknownOption", {"--verbose", "categories", "--site", "uk"}}),
-    [](const auto& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(Cli, CliUsageErrors,
+                         ::testing::Values(UsageCase{"NoCommand", {}}, UsageCase{"UnknownCommand", {"bogus"}},
+                                           UsageCase{"SiteMissing", {"categories"}},
+                                           UsageCase{"SiteUnknown", {"categories", "--site", "fr"}},
+                                           UsageCase{"SiteWithoutValue", {"categories", "--site"}},
+                                           UsageCase{"ConnectToMalformed",
+                                                     {"--connect-to", "host:80", "categories", "--site", "uk"}},
+                                           UsageCase{"UnknownOption", {"--verbose", "categories", "--site", "uk"}}),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 TEST(Cli, HelpAndVersionGoToStdout) {
   EXPECT_EQ(RunCommand({"--help"}).status, kExitOk);
@@ -63,7 +66,7 @@ TEST(Cli, NoInternetEndsWithTheSystemMessage) {
   const auto started = std::chrono::steady_clock::now();
   const Outcome outcome =
       RunCommand({"--connect-to", "www.ebay.co.uk:80:127.0.0.1:" + std::to_string(testing::ClosedLoopbackPort()),
-           "categories", "--site", "uk"});
+                  "categories", "--site", "uk"});
   EXPECT_EQ(outcome.status, kExitFailure);
   EXPECT_EQ(outcome.err, "Error - No Internet connection.\n");
   EXPECT_TRUE(outcome.out.empty());

@@ -12,7 +12,8 @@ constexpr std::string_view kLink = "http://listings.ebay.com/Books/Fiction/list/
 TEST(ViewLink, SwapsTheListSegmentForEachView) {
   EXPECT_EQ(ViewLink(kLink, ListingView::Current), kLink);
   EXPECT_EQ(ViewLink(kLink, ListingView::NewToday), "http://listings.ebay.com/Books/Fiction/newtoday/all/index.html");
-  EXPECT_EQ(ViewLink(kLink, ListingView::EndingToday), "http://listings.ebay.com/Books/Fiction/endtoday/all/index.html");
+  EXPECT_EQ(ViewLink(kLink, ListingView::EndingToday),
+            "http://listings.ebay.com/Books/Fiction/endtoday/all/index.html");
   EXPECT_EQ(ViewLink(kLink, ListingView::GoingGone), "http://listings.ebay.com/Books/Fiction/going/all/index.html");
 }
 
@@ -24,7 +25,8 @@ TEST(ViewLink, ReplacesEveryOccurrenceWithoutRescanning) {
 
 TEST(ViewLink, LeavesLinksWithoutTheSegmentAlone) {
   EXPECT_EQ(ViewLink("http://h/Books/index.html", ListingView::EndingToday), "http://h/Books/index.html");
-  EXPECT_EQ(ViewLink("http://h/Books/ListingItemList/all", ListingView::NewToday), "http://h/Books/ListingItemList/all");
+  EXPECT_EQ(ViewLink("http://h/Books/ListingItemList/all", ListingView::NewToday),
+            "http://h/Books/ListingItemList/all");
 }
 
 }  // namespace

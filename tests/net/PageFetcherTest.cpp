@@ -28,7 +28,9 @@ TEST_F(PageFetcher, JoinsLinesWithNothingBetween) {
 
 TEST_F(PageFetcher, KeepsBytesAsTheyCame) {
   SharedSession shared(SandboxNetOptions());
-  const std::string bytes = "Price: \xA3" "12.50\x80\x01 end";
+  const std::string bytes =
+      "Price: \xA3"
+      "12.50\x80\x01 end";
   EXPECT_EQ(shared.GetPageText(TextUrl("listings.ebay.co.uk", bytes), {}), bytes);
 }
 

@@ -15,7 +15,9 @@ struct FindCase {
   int expected;
 };
 
-void PrintTo(const FindCase& c, std::ostream* os) { *os << c.name; }
+void PrintTo(const FindCase& c, std::ostream* os) {
+  *os << c.name;
+}
 
 class FindRules : public ::testing::TestWithParam<FindCase> {};
 
@@ -24,14 +26,15 @@ TEST_P(FindRules, ReturnsFirstIndexAtOrAfterFrom) {
   EXPECT_EQ(Find(c.text, c.needle, c.from), c.expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    TextHelpers, FindRules,
-    ::testing::Values(FindCase{"FromStart", "abcabc", "bc", 0, 1}, FindCase{"FromMiddle", "abcabc", "bc", 2, 4},
-                      FindCase{"NotFound", "abcabc", "x", 0, -1},
-                      FindCase{"FromMinusOneFindsNothing", "abcabc", "a", -1, -1},
-                      FindCase{"FromLengthFindsNothing", "abcabc", "c", 6, -1},
-                      FindCase{"FromBeyondLength", "abc", "", 4, -1}, FindCase{"EmptyNeedleAtLength", "abc", "", 3, 3}),
-    [](const auto& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(TextHelpers, FindRules,
+                         ::testing::Values(FindCase{"FromStart", "abcabc", "bc", 0, 1},
+                                           FindCase{"FromMiddle", "abcabc", "bc", 2, 4},
+                                           FindCase{"NotFound", "abcabc", "x", 0, -1},
+                                           FindCase{"FromMinusOneFindsNothing", "abcabc", "a", -1, -1},
+                                           FindCase{"FromLengthFindsNothing", "abcabc", "c", 6, -1},
+                                           FindCase{"FromBeyondLength", "abc", "", 4, -1},
+                                           FindCase{"EmptyNeedleAtLength", "abc", "", 3, 3}),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 struct ExtractCase {
   const char* name;
@@ -40,7 +43,9 @@ struct ExtractCase {
   std::string_view expected;
 };
 
-void PrintTo(const ExtractCase& c, std::ostream* os) { *os << c.name; }
+void PrintTo(const ExtractCase& c, std::ostream* os) {
+  *os << c.name;
+}
 
 class ExtractBetweenRules : public ::testing::TestWithParam<ExtractCase> {};
 
@@ -68,7 +73,9 @@ struct LastIndexCase {
   int expected;
 };
 
-void PrintTo(const LastIndexCase& c, std::ostream* os) { *os << c.name; }
+void PrintTo(const LastIndexCase& c, std::ostream* os) {
+  *os << c.name;
+}
 
 class LastIndexOfCharBeforeRules : public ::testing::TestWithParam<LastIndexCase> {};
 
@@ -77,19 +84,17 @@ TEST_P(LastIndexOfCharBeforeRules, SearchesFirstNeedleCharacterBeforeLimit) {
   EXPECT_EQ(LastIndexOfCharBefore(c.text, c.needle, c.pos), c.expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    TextHelpers, LastIndexOfCharBeforeRules,
-    ::testing::Values(
-        LastIndexCase{"LastBeforePos", "<a><b>x</b>", "<b>", 6, 3},
-        LastIndexCase{"OnlyFirstCharacterCounts", "<i>text", "<b>", 5, 0},
-        LastIndexCase{"CharacterAtPosIsNotSeen", "ab<", "<", 2, -1},
-        LastIndexCase{"PosZeroSearchesWholeText", "ab<cd<e", "<", 0, 5},
-        LastIndexCase{"PosMinusOneSkipsLastCharacter", "a<b<", "<", -1, 1},
-        LastIndexCase{"PosAtLengthSkipsLastCharacter", "a<b<", "<", 4, 1},
-        LastIndexCase{"PosBeyondLength", "a<b<", "<", 40, 1},
-        LastIndexCase{"NoOccurrence", "abcdef", "<", 4, -1},
-        LastIndexCase{"OneCharacterTextSearchedWhole", "<", "<", -1, 0}),
-    [](const auto& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(TextHelpers, LastIndexOfCharBeforeRules,
+                         ::testing::Values(LastIndexCase{"LastBeforePos", "<a><b>x</b>", "<b>", 6, 3},
+                                           LastIndexCase{"OnlyFirstCharacterCounts", "<i>text", "<b>", 5, 0},
+                                           LastIndexCase{"CharacterAtPosIsNotSeen", "ab<", "<", 2, -1},
+                                           LastIndexCase{"PosZeroSearchesWholeText", "ab<cd<e", "<", 0, 5},
+                                           LastIndexCase{"PosMinusOneSkipsLastCharacter", "a<b<", "<", -1, 1},
+                                           LastIndexCase{"PosAtLengthSkipsLastCharacter", "a<b<", "<", 4, 1},
+                                           LastIndexCase{"PosBeyondLength", "a<b<", "<", 40, 1},
+                                           LastIndexCase{"NoOccurrence", "abcdef", "<", 4, -1},
+                                           LastIndexCase{"OneCharacterTextSearchedWhole", "<", "<", -1, 0}),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 TEST(DecodeEntities, ReplacesTheFixedListInOrder) {
   std::string text = "&#34;Tom&#39;s&#38;Jerry&quot; <b>big</b> de<wbr>al</wbr> &amp; more";
@@ -114,7 +119,10 @@ TEST(ContainsNoCase, MatchesAcrossCase) {
   EXPECT_TRUE(ContainsNoCase("abc", ""));
   EXPECT_FALSE(ContainsNoCase("Vintage", "vintages"));
   // Single-byte upper-casing leaves bytes above 127 as they are.
-  EXPECT_TRUE(ContainsNoCase("\xA3" "5 Caf\xE9", "CAF\xE9"));
+  EXPECT_TRUE(
+      ContainsNoCase("\xA3"
+                     "5 Caf\xE9",
+                     "CAF\xE9"));
   EXPECT_FALSE(ContainsNoCase("caf\xE9", "CAF\xC9"));
 }
 

@@ -21,11 +21,17 @@ void SandboxTest::SetUpTestSuite() {
   s_sandbox = app::SandboxProcess::Start(options, s_startError);
 }
 
-void SandboxTest::TearDownTestSuite() { s_sandbox.reset(); }
+void SandboxTest::TearDownTestSuite() {
+  s_sandbox.reset();
+}
 
-void SandboxTest::SetUp() { ASSERT_TRUE(s_sandbox) << "sandbox did not start: " << s_startError; }
+void SandboxTest::SetUp() {
+  ASSERT_TRUE(s_sandbox) << "sandbox did not start: " << s_startError;
+}
 
-app::SandboxProcess& SandboxTest::Sandbox() { return *s_sandbox; }
+app::SandboxProcess& SandboxTest::Sandbox() {
+  return *s_sandbox;
+}
 
 net::NetOptions SandboxTest::SandboxNetOptions() {
   net::NetOptions options;
@@ -49,9 +55,13 @@ std::string TestUrl(std::string_view host, std::string_view path, std::string_vi
 
 }  // namespace
 
-std::string TextUrl(std::string_view host, std::string_view body) { return TestUrl(host, "/_test/text", body); }
+std::string TextUrl(std::string_view host, std::string_view body) {
+  return TestUrl(host, "/_test/text", body);
+}
 
-std::string CutUrl(std::string_view host, std::string_view body) { return TestUrl(host, "/_test/cut", body); }
+std::string CutUrl(std::string_view host, std::string_view body) {
+  return TestUrl(host, "/_test/cut", body);
+}
 
 int ClosedLoopbackPort() {
   // Bind to a free port, then let it go: nothing listens there afterwards.
