@@ -10,14 +10,6 @@
 namespace gavelscope::app {
 namespace {
 
-TEST(ReadinessEvent, StaysSetForEveryLaterWait) {
-  ReadinessEvent event;
-  EXPECT_FALSE(event.IsSet());
-  event.Set();
-  EXPECT_TRUE(event.Wait({}));
-  EXPECT_TRUE(event.Wait({}));
-}
-
 TEST(ThreadOwner, StopWakesWaitersAndJoinsThem) {
   ReadinessEvent never;
   std::atomic<int> woken{0};

@@ -64,11 +64,6 @@ TEST_F(TextFeedTest, BrokenConnectionEndsTheFeedAfterTheLastWholeLine) {
   EXPECT_TRUE(opened.feed->failed());
 }
 
-TEST_F(TextFeedTest, SessionReusesItsConnectionForTheNextFeed) {
-  EXPECT_EQ(ReadAll(TextUrl("www.gavelscope.example", "a\n")), std::vector<std::string>{"a"});
-  EXPECT_EQ(ReadAll(TextUrl("www.gavelscope.example", "b\n")), std::vector<std::string>{"b"});
-}
-
 TEST_F(TextFeedTest, UnreachableHostGivesOneFailureAndNoFeed) {
   NetOptions options = SandboxNetOptions();
   options.connectTo = {"www.gavelscope.example:80:127.0.0.1:" + std::to_string(ClosedLoopbackPort())};
