@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "app/Browser.h"
 #include "app/ThreadOwner.h"
 #include "app/UserMessages.h"
 
@@ -14,12 +15,12 @@ namespace gavelscope::app {
 // Opens pages in the user's web browser, each on a thread of its own so that no caller waits for a
 // browser to start. The browser command is run directly with the address as its last argument, never
 // through a shell, and only http, https and ftp addresses are handed to it.
-class CBrowserLauncher {
+class CBrowserLauncher : public IBrowser {
  public:
   explicit CBrowserLauncher(IUserMessages& messages, std::vector<std::string> command = {"xdg-open"});
-  ~CBrowserLauncher();
+  ~CBrowserLauncher() override;
 
-  void OpenUrlInBrowser(std::string_view url);
+  void OpenUrlInBrowser(std::string_view url) override;
   // Stops waiting for browsers that are still starting; the browsers themselves go on.
   void Shutdown() { m_threads.StopAndJoinAll(); }
 

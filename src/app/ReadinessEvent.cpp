@@ -12,6 +12,11 @@ void ReadinessEvent::Set() {
   m_changed.notify_all();
 }
 
+void ReadinessEvent::Reset() {
+  std::lock_guard lock(m_mutex);
+  m_set = false;
+}
+
 bool ReadinessEvent::IsSet() const {
   std::lock_guard lock(m_mutex);
   return m_set;

@@ -8,11 +8,12 @@
 
 namespace gavelscope::app {
 
-// A manual-reset event: once set it stays set, and every wait after that passes at once. Whatever a
+// A manual-reset event: once set it stays set until reset, and every wait meanwhile passes at once. Whatever a
 // thread wrote before Set() is visible to a thread whose Wait() returned true.
 class ReadinessEvent {
  public:
   void Set();
+  void Reset();
   bool IsSet() const;
   // True once the event is set; false when a stop was requested first.
   bool Wait(std::stop_token stop) const;

@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "app/CategoryAnchors.h"
+#include "keywords/KeyWordsThread.h"
 
 namespace gavelscope::app {
 
@@ -27,8 +28,16 @@ int LeadingInteger(const std::string& text) {
 
 }  // namespace
 
-CRunController::CRunController(ControllerConfig config, IMainView& view, IUserMessages& messages)
-    : m_config(std::move(config)), m_view(view), m_messages(messages), m_session(m_config.net) {}
+CRunController::CRunController(ControllerConfig config, IMainView& view, IUserMessages& messages, IBrowser& browser)
+    : m_config(std::move(config)),
+      m_view(view),
+      m_messages(messages),
+      m_browser(browser),
+      m_session(m_config.net),
+      m_listKeywordsUK(browser, messages),
+      m_listKeywordsUSA(browser, messages),
+      m_treeUK(0, m_listKeywordsUK, browser, messages),
+      m_treeUSA(1, m_listKeywordsUSA, browser, messages) {}
 
 CRunController::~CRunController() {
   Shutdown();
@@ -86,8 +95,29 @@ void CRunController::StartAnalysis() {
 }
 
 void CRunController::StartAnalysisThreads() {
-  // The analysis threads start here, in this order: keywords UK, keywords USA, auctions USA,
-  // auctions UK, hot item history. Each counts one finished load when it ends.
+  // In this order: keywords UK, keywords USA, auctions USA, auctions UK, hot item history. Each
+  // counts one finished load when it ends.
+  if (m_bShutDown) return;
+  for (ReadinessEvent& done : m_loadsDone) done.Reset();
+  m_keyWordsThreadUK = std::jthread(
+      [this, job = keywords::CKeyWordsThreadUK(m_config.profile, m_config.net, {m_treeUK, m_listKeywordsUK, *this})](
+          std::stop_token stop) mutable {
+        job.Run(stop);
+        LoadDone(Load::KeywordsUK).Set();
+      });
+  m_keyWordsThreadUSA = std::jthread(
+      [this, job = keywords::CKeyWordsThreadUSA(m_config.profile, m_config.net, {m_treeUSA, m_listKeywordsUSA, *this})](
+          std::stop_token stop) mutable {
+        job.Run(stop);
+        LoadDone(Load::KeywordsUSA).Set();
+      });
+}
+
+void CRunController::StopAnalysisThreads() {
+  for (std::jthread* thread : {&m_keyWordsThreadUK, &m_keyWordsThreadUSA}) thread->request_stop();
+  for (std::jthread* thread : {&m_keyWordsThreadUK, &m_keyWordsThreadUSA}) {
+    if (thread->joinable()) thread->join();
+  }
 }
 
 void CRunController::LoadSiteCategories(SiteCategories& target, const std::string& baseUrl, std::stop_token stop) {
@@ -134,7 +164,12 @@ bool CRunController::RefreshDisplay() {
     return false;
   }
   m_view.SetProgressBarColour(kColourLoading);
-  // The keyword and auction views are cleared here as they join; the history and query lists stay.
+  StopAnalysisThreads();
+  // The keyword and auction views start again empty; the history and query lists stay as they are.
+  m_treeUK.FreeCatalogue();
+  m_treeUSA.FreeCatalogue();
+  m_listKeywordsUK.DeleteAllItems();
+  m_listKeywordsUSA.DeleteAllItems();
   m_view.SetProgressRange(0, kProgressMax);
   m_view.SetProgressStep(1);
   {
@@ -170,8 +205,13 @@ void CRunController::StepProgress() {
   m_view.StepProgress();
 }
 
+void CRunController::RedrawWindow() {
+  m_view.RepaintNow();
+}
+
 void CRunController::Shutdown() {
   if (m_bShutDown.exchange(true)) return;
+  StopAnalysisThreads();
   m_threads.StopAndJoinAll();
   if (m_config.cacheFolder.empty()) return;
   for (const char* name : kFilesRemovedAtEnd) {

@@ -2,23 +2,33 @@
 // Copyright 2026 The Gavelscope developers
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <filesystem>
 #include <mutex>
 #include <stop_token>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
+#include "app/Browser.h"
 #include "app/MainView.h"
 #include "app/ReadinessEvent.h"
+#include "app/RunEvents.h"
 #include "app/ThreadOwner.h"
 #include "app/UserMessages.h"
+#include "keywords/CategoryTree.h"
+#include "keywords/KeywordListCtrl.h"
 #include "net/NetOptions.h"
 #include "net/PageFetcher.h"
 #include "net/SiteProfile.h"
 
 namespace gavelscope::app {
+
+// The analysis loads of a run, in the order they start.
+enum class Load { KeywordsUK, KeywordsUSA };
+inline constexpr std::size_t kLoadKinds = 2;
 
 struct ControllerConfig {
   net::Profile profile;
@@ -39,13 +49,13 @@ struct SiteCategories {
 // The run controller of the main window: starts the start-up workers and the analysis threads,
 // counts their completions, restarts the analysis on refresh, owns the state they share, and at the
 // end stops and joins them all. The window (or the CLI) supplies the view operations.
-class CRunController {
+class CRunController : public IRunEvents {
  public:
   static constexpr int kLoadsPerRun = 7;
   static constexpr int kProgressMax = 60;
 
-  CRunController(ControllerConfig config, IMainView& view, IUserMessages& messages);
-  ~CRunController();
+  CRunController(ControllerConfig config, IMainView& view, IUserMessages& messages, IBrowser& browser);
+  ~CRunController() override;
   CRunController(const CRunController&) = delete;
   CRunController& operator=(const CRunController&) = delete;
 
@@ -60,19 +70,26 @@ class CRunController {
 
   // For the workers and views.
   std::string GetPageText(std::string_view url, std::stop_token stop = {});
-  void OnThreadFinished();
-  void SetRefreshDone(bool done);
+  void OnThreadFinished() override;
+  void SetRefreshDone(bool done) override;
+  void RedrawWindow() override;
   void SetQueryRunning(bool running);
   bool IsQueryRunning() const { return m_bQueryRunning.load(); }
   void IncrementPagesSearched();
   void SetPagesSearchedText(const std::string& text);
   bool IsSiteUSA() const { return m_bSiteUSA.load(); }
-  void StepProgress();
+  void StepProgress() override;
 
+  keywords::CCategoryTree& Tree(net::Site site) { return site == net::Site::USA ? m_treeUSA : m_treeUK; }
+  keywords::CKeywordListCtrl& KeywordList(net::Site site) {
+    return site == net::Site::USA ? m_listKeywordsUSA : m_listKeywordsUK;
+  }
   SiteCategories& Categories(net::Site site) { return site == net::Site::USA ? m_categoriesUSA : m_categoriesUK; }
   const ControllerConfig& config() const { return m_config; }
   net::SharedSession& session() { return m_session; }
   int FinishedLoads() const;
+  // Set when the given load of the current run has ended; reset by a refresh.
+  ReadinessEvent& LoadDone(Load load) { return m_loadsDone[static_cast<std::size_t>(load)]; }
   bool IsRefreshing() const { return m_bRefreshing.load(); }
 
   // The start-up worker of one Site: fetch the listing home page and extract its categories.
@@ -81,12 +98,22 @@ class CRunController {
  private:
   void StartAnalysis();
   void StartAnalysisThreads();
+  // Stops and joins the analysis threads of the previous run, so that none of them writes into a
+  // view that is being cleared for the next one.
+  void StopAnalysisThreads();
   void LoadSiteCategories(SiteCategories& target, const std::string& baseUrl, std::stop_token stop);
 
   ControllerConfig m_config;
   IMainView& m_view;
   IUserMessages& m_messages;
+  IBrowser& m_browser;
   net::SharedSession m_session;
+
+  // The lists come first: each tree feeds its Site's list.
+  keywords::CKeywordListCtrl m_listKeywordsUK;
+  keywords::CKeywordListCtrl m_listKeywordsUSA;
+  keywords::CCategoryTree m_treeUK;
+  keywords::CCategoryTree m_treeUSA;
 
   SiteCategories m_categoriesUK;
   SiteCategories m_categoriesUSA;
@@ -100,8 +127,12 @@ class CRunController {
   std::atomic<bool> m_bSiteUSA{true};
   std::atomic<bool> m_bRefreshing{false};
   std::atomic<bool> m_bShutDown{false};
+  std::array<ReadinessEvent, kLoadKinds> m_loadsDone;
 
-  // Last member: destroyed first, so no worker outlives the state it uses.
+  // Last members: destroyed first, so no worker outlives the state it uses. Assigning a new thread
+  // to a slot stops and joins the one before.
+  std::jthread m_keyWordsThreadUK;
+  std::jthread m_keyWordsThreadUSA;
   ThreadOwner m_threads;
 };
 

@@ -5,8 +5,10 @@
 #include <stdlib.h>
 
 #include <ostream>
+#include <set>
 #include <system_error>
 
+#include "app/BrowserLauncher.h"
 #include "app/HeadlessMainView.h"
 #include "app/RunController.h"
 #include "app/Startup.h"
@@ -30,7 +32,11 @@ constexpr const char* kUsage =
     "  --version                         show the version\n"
     "\n"
     "Commands:\n"
-    "  categories --site usa|uk          the top-level categories of a site: name, tab, link\n";
+    "  categories --site usa|uk          the top-level categories of a site: name, tab, link\n"
+    "  keywords --site usa|uk [--export FILE | --item NAME]\n"
+    "                                    the site's Top 100 keywords export, to stdout or FILE;\n"
+    "                                    with --item, the keywords of the first category or\n"
+    "                                    sub-category called NAME: keyword, tab, search link\n";
 
 constexpr const char* kVersion = "gavelscope-cli 2.0\n";
 
@@ -99,28 +105,70 @@ int PrintCategories(app::CRunController& controller, net::Site site, std::ostrea
   return out ? kExitOk : kExitFailure;
 }
 
+// The first item in tree order (each category, then its sub-categories) with the given text.
+keywords::TreeItem FindItem(const keywords::CCategoryTree& tree, const std::string& text) {
+  for (keywords::TreeItem root : tree.RootItems()) {
+    if (tree.GetItemText(root) == text) return root;
+    for (keywords::TreeItem child : tree.ChildItems(root)) {
+      if (tree.GetItemText(child) == text) return child;
+    }
+  }
+  return keywords::kNoItem;
+}
+
+int PrintKeywords(app::CRunController& controller, const CliRequest& request, std::ostream& out, std::ostream& err) {
+  const app::Load load = request.site == net::Site::USA ? app::Load::KeywordsUSA : app::Load::KeywordsUK;
+  if (!controller.LoadDone(load).Wait({})) return kExitFailure;
+  keywords::CCategoryTree& tree = controller.Tree(request.site);
+  if (request.exportFile) {
+    const net::NetResult written = tree.ExportTop100(*request.exportFile);
+    if (!written) err << written.error << '\n';
+    return written ? kExitOk : kExitFailure;
+  }
+  if (request.item) {
+    const keywords::TreeItem item = FindItem(tree, *request.item);
+    if (item == keywords::kNoItem) {
+      err << "gavelscope-cli: no category or sub-category called \"" << *request.item << "\"\n";
+      return kExitFailure;
+    }
+    if (const auto array = tree.GetItemData(item)) {
+      for (const keywords::KeywordRecordPtr& record : *array) {
+        out << record->GetKeyword() << '\t' << record->GetSearchLink() << '\n';
+      }
+    }
+  } else {
+    out << tree.Top100ExportText();
+  }
+  out.flush();
+  return out ? kExitOk : kExitFailure;
+}
+
 }  // namespace
 
 std::optional<CliRequest> ParseCommandLine(const std::vector<std::string>& args, std::string& error) {
+  static const std::set<std::string> kCommands{"categories", "keywords"};
   CliRequest request;
   bool siteGiven = false;
   for (std::size_t i = 0; i < args.size(); ++i) {
     const std::string& arg = args[i];
+    const bool global = request.command.empty();
     std::string value;
     if (arg == "--help" || arg == "-h") {
       request.help = true;
     } else if (arg == "--version") {
       request.version = true;
-    } else if (arg == "--sandbox" && request.command.empty()) {
+    } else if (global && arg == "--sandbox") {
       request.sandbox = true;
-    } else if (IsOption(arg, "--connect-to") && request.command.empty()) {
+    } else if (global && IsOption(arg, "--connect-to")) {
       if (!TakeValue(args, i, "--connect-to", value, error)) return std::nullopt;
       if (!ValidConnectTo(value)) {
         error = "--connect-to needs HOST:PORT:ADDR:PORT, not \"" + value + "\"";
         return std::nullopt;
       }
       request.connectTo.push_back(value);
-    } else if (IsOption(arg, "--site") && request.command == "categories") {
+    } else if (global && kCommands.contains(arg)) {
+      request.command = arg;
+    } else if (!global && IsOption(arg, "--site")) {
       if (!TakeValue(args, i, "--site", value, error)) return std::nullopt;
       if (value != "usa" && value != "uk") {
         error = "--site is usa or uk, not \"" + value + "\"";
@@ -128,10 +176,14 @@ std::optional<CliRequest> ParseCommandLine(const std::vector<std::string>& args,
       }
       request.site = value == "usa" ? net::Site::USA : net::Site::UK;
       siteGiven = true;
-    } else if (request.command.empty() && arg == "categories") {
-      request.command = arg;
+    } else if (request.command == "keywords" && IsOption(arg, "--export")) {
+      if (!TakeValue(args, i, "--export", value, error)) return std::nullopt;
+      request.exportFile = value;
+    } else if (request.command == "keywords" && IsOption(arg, "--item")) {
+      if (!TakeValue(args, i, "--item", value, error)) return std::nullopt;
+      request.item = value;
     } else {
-      error = (request.command.empty() && !arg.starts_with("-") ? "unknown command: " : "unknown option: ") + arg;
+      error = (global && !arg.starts_with("-") ? "unknown command: " : "unknown option: ") + arg;
       return std::nullopt;
     }
   }
@@ -142,6 +194,10 @@ std::optional<CliRequest> ParseCommandLine(const std::vector<std::string>& args,
   }
   if (!siteGiven) {
     error = request.command + " needs --site usa|uk";
+    return std::nullopt;
+  }
+  if (request.exportFile && request.item) {
+    error = "--export and --item do not go together";
     return std::nullopt;
   }
   return request;
@@ -187,9 +243,11 @@ int RunCli(const std::vector<std::string>& args, const CliEnvironment& environme
   RunFolder folder;
   config.cacheFolder = folder.path();
   app::HeadlessMainView view;
-  app::CRunController controller(config, view, messages);
+  app::CBrowserLauncher browser(messages);
+  app::CRunController controller(config, view, messages, browser);
   controller.Start();
-  const int status = PrintCategories(controller, request->site, out);
+  const int status = request->command == "keywords" ? PrintKeywords(controller, *request, out, err)
+                                                    : PrintCategories(controller, request->site, out);
   controller.Shutdown();
   return status;
 }

@@ -24,6 +24,8 @@ struct CliRequest {
   bool version = false;
   std::string command;
   net::Site site = net::Site::USA;
+  std::optional<std::filesystem::path> exportFile;  // keywords: write the export here
+  std::optional<std::string> item;                  // keywords: show this tree item's keywords
 };
 
 // The parsed command line, or nullopt with `error` set for a usage error.

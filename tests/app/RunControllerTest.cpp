@@ -7,6 +7,7 @@
 #include <chrono>
 
 #include "app/HeadlessMainView.h"
+#include "support/RecordingBrowser.h"
 #include "support/RecordingMessages.h"
 #include "support/SandboxFixture.h"
 #include "support/TempFolder.h"
@@ -22,26 +23,33 @@ using testing::TextUrl;
 
 class RunControllerTest : public SandboxTest {
  protected:
-  ControllerConfig Config() {
+  // Unless `listsArrive`, the keyword lists never come, so the count and the refreshing flag are the
+  // test's to drive.
+  ControllerConfig Config(bool listsArrive = false) {
     ControllerConfig config;
     config.profile = net::CompiledProfile();
     config.net = SandboxNetOptions();
+    if (!listsArrive) {
+      config.net.connectTo.insert(config.net.connectTo.begin(), m_silent.ConnectTo("www.gavelscope.example"));
+    }
     config.cacheFolder = m_cache.path();
     return config;
   }
 
   // Starts a controller and waits until both start-up workers are through.
   std::unique_ptr<CRunController> Started(const ControllerConfig& config) {
-    auto controller = std::make_unique<CRunController>(config, m_view, m_messages);
+    auto controller = std::make_unique<CRunController>(config, m_view, m_messages, m_browser);
     controller->Start();
     EXPECT_TRUE(controller->Categories(Site::UK).ready.Wait({}));
     EXPECT_TRUE(controller->Categories(Site::USA).ready.Wait({}));
     return controller;
   }
 
+  testing::SilentServer m_silent;
   TempFolder m_cache;
   HeadlessMainView m_view;
   RecordingMessages m_messages;
+  testing::RecordingBrowser m_browser;
 };
 
 TEST_F(RunControllerTest, StartUpDiscoversTheCategoriesOfBothSites) {
@@ -118,11 +126,29 @@ TEST_F(RunControllerTest, RefreshIsRefusedUntilTheRefreshIsDone) {
   EXPECT_EQ(m_messages.Messages().size(), 2U);
 }
 
+TEST_F(RunControllerTest, RefreshLoadsBothCataloguesAgainWithoutDoubling) {
+  auto controller = Started(Config(true));
+  ASSERT_TRUE(controller->LoadDone(Load::KeywordsUK).Wait({}));
+  ASSERT_TRUE(controller->LoadDone(Load::KeywordsUSA).Wait({}));
+  const std::size_t ukItems = controller->Tree(Site::UK).ItemCount();
+  const std::size_t usaRows = controller->KeywordList(Site::USA).RowCount();
+  ASSERT_GT(ukItems, 1U);
+  EXPECT_EQ(controller->FinishedLoads(), 4);
+  EXPECT_FALSE(controller->IsRefreshing());
+
+  ASSERT_TRUE(controller->RefreshDisplay());
+  ASSERT_TRUE(controller->LoadDone(Load::KeywordsUK).Wait({}));
+  ASSERT_TRUE(controller->LoadDone(Load::KeywordsUSA).Wait({}));
+  EXPECT_EQ(controller->Tree(Site::UK).ItemCount(), ukItems);
+  EXPECT_EQ(controller->KeywordList(Site::USA).RowCount(), usaRows);
+  EXPECT_EQ(controller->FinishedLoads(), 4);
+}
+
 TEST_F(RunControllerTest, ShutdownReturnsQuicklyWhileWorkersWaitOnASilentServer) {
   ControllerConfig config = Config();
   config.profile.uk.listingRoot = "http://listings.ebay.co.uk/_test/hang";
   config.profile.usa.listingRoot = "http://listings.ebay.com/_test/hang";
-  CRunController controller(config, m_view, m_messages);
+  CRunController controller(config, m_view, m_messages, m_browser);
   controller.Start();
   const auto started = std::chrono::steady_clock::now();
   controller.Shutdown();

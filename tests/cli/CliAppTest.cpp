@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "support/SandboxFixture.h"
+#include "support/TempFolder.h"
 
 namespace gavelscope::cli {
 namespace {
@@ -90,6 +91,35 @@ TEST_F(CliOnSandbox, CategoriesPrintsNameTabLinkPerCategory) {
     EXPECT_TRUE(line.substr(tab + 1).starts_with("/")) << line;
   }
   EXPECT_GT(count, 0);
+}
+
+TEST_F(CliOnSandbox, KeywordsExportGoesToStdoutOrToAFile) {
+  std::vector<std::string> args;
+  for (const std::string& mapping : Sandbox().connectTo()) args.insert(args.end(), {"--connect-to", mapping});
+  args.insert(args.end(), {"keywords", "--site", "uk"});
+  const Outcome printed = RunCommand(args);
+  ASSERT_EQ(printed.status, kExitOk) << printed.err;
+  EXPECT_TRUE(printed.out.starts_with("\tTodays Top 100 Keywords\r\n\r\nPosition\t\t\tKeyword\r\n\r\n1\t\t\t\t"));
+  EXPECT_TRUE(printed.err.empty());
+
+  testing::TempFolder folder;
+  args.insert(args.end(), {"--export", (folder / "top.txt").string()});
+  const Outcome exported = RunCommand(args);
+  ASSERT_EQ(exported.status, kExitOk) << exported.err;
+  EXPECT_EQ(testing::ReadFileBytes(folder / "top.txt"), printed.out);
+  EXPECT_EQ(exported.err, "List Has Been Successfully Exported.\n");
+  EXPECT_TRUE(exported.out.empty());
+}
+
+TEST_F(CliOnSandbox, KeywordsOfOneItem) {
+  std::vector<std::string> args;
+  for (const std::string& mapping : Sandbox().connectTo()) args.insert(args.end(), {"--connect-to", mapping});
+  args.insert(args.end(), {"keywords", "--site", "usa", "--item", "Antiques"});
+  const Outcome outcome = RunCommand(args);
+  ASSERT_EQ(outcome.status, kExitOk) << outcome.err;
+  EXPECT_NE(outcome.out.find("\thttp://search.ebay.com/"), std::string::npos) << outcome.out;
+  args.back() = "No Such Category";
+  EXPECT_EQ(RunCommand(args).status, kExitFailure);
 }
 
 TEST(Cli, SandboxOptionStartsTheStandInSites) {

@@ -76,4 +76,25 @@ int ClosedLoopbackPort() {
   return ntohs(address.sin_port);
 }
 
+SilentServer::SilentServer() {
+  // Connections complete in the kernel's backlog; nobody ever reads or answers them.
+  m_fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t length = sizeof address;
+  bind(m_fd, reinterpret_cast<sockaddr*>(&address), sizeof address);
+  listen(m_fd, 64);
+  getsockname(m_fd, reinterpret_cast<sockaddr*>(&address), &length);
+  m_port = ntohs(address.sin_port);
+}
+
+SilentServer::~SilentServer() {
+  close(m_fd);
+}
+
+std::string SilentServer::ConnectTo(const std::string& host) const {
+  return host + ":80:127.0.0.1:" + std::to_string(m_port);
+}
+
 }  // namespace gavelscope::testing

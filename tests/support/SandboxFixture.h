@@ -39,4 +39,21 @@ std::string CutUrl(std::string_view host, std::string_view body);
 // A loopback port with nothing listening on it.
 int ClosedLoopbackPort();
 
+// A loopback server that takes connections and never answers.
+class SilentServer {
+ public:
+  SilentServer();
+  ~SilentServer();
+  SilentServer(const SilentServer&) = delete;
+  SilentServer& operator=(const SilentServer&) = delete;
+
+  int port() const { return m_port; }
+  // A HOST:PORT:ADDR:PORT mapping that sends host:80 here.
+  std::string ConnectTo(const std::string& host) const;
+
+ private:
+  int m_fd = -1;
+  int m_port = 0;
+};
+
 }  // namespace gavelscope::testing

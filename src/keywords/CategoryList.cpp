@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#include "keywords/CategoryList.h"
+
+#include "net/TextHelpers.h"
+
+namespace gavelscope::keywords {
+
+using net::ExtractBetween;
+using net::Find;
+
+namespace {
+
+constexpr std::string_view kSeparator = "~|~";
+constexpr int kSeparatorLength = 3;
+
+// name and link of a "MARKER name ~|~ link ~|~" line whose marker starts at p.
+void ReadNameAndLink(std::string_view line, int p, int markerLength, std::string& name, std::string& link) {
+  const int q = Find(line, kSeparator, p);
+  name = ExtractBetween(line, p + markerLength, q);
+  const int r = Find(line, kSeparator, q + kSeparatorLength);
+  link = ExtractBetween(line, q + kSeparatorLength, r);
+}
+
+void Decorate(CCategoryTree& tree, TreeItem item, const FontDescription& font) {
+  tree.SetItemColor(item, kCategoryColour);
+  tree.SetItemFont(item, font);
+}
+
+}  // namespace
+
+CategoryLoadState BeginCatalogue(CCategoryTree& tree) {
+  CategoryLoadState state;
+  state.category = tree.InsertRootItem(kTop100ItemText);
+  Decorate(tree, state.category, CategoryFont());
+  return state;
+}
+
+LineEffect ParseCategoryLine(CCategoryTree& tree, std::string_view line, CategoryLoadState& state) {
+  LineEffect effect;
+  std::string name;
+  if (const int p = Find(line, "~CAT~", 0); p != -1) {
+    ReadNameAndLink(line, p, 5, name, state.link);
+    state.category = tree.InsertRootItem(name);
+    Decorate(tree, state.category, CategoryFont());
+    state.subcategory = kNoItem;
+    effect.category = true;
+  }
+  if (const int p = Find(line, "~SUBCAT~", 0); p != -1) {
+    ReadNameAndLink(line, p, 8, name, state.link);
+    state.subcategory = tree.InsertChildItem(state.category, name);
+    Decorate(tree, state.subcategory, SubCategoryFont());
+    effect.subcategory = true;
+  }
+  if (const int p = Find(line, "~KEYWORD~", 0); p != -1) {
+    auto array = std::make_shared<KeywordArray>();
+    int start = p + 9;
+    int q = Find(line, kSeparator, p);
+    while (q != -1) {
+      const int r = Find(line, kSeparator, q + kSeparatorLength);
+      if (r == -1) break;
+      auto record = std::make_shared<CKeyWordRecord>();
+      record->SetListingLink(state.link);
+      record->SetKeyword(ExtractBetween(line, start, q));
+      record->SetSearchLink(ExtractBetween(line, q + kSeparatorLength, r));
+      array->push_back(std::move(record));
+      start = r + kSeparatorLength;
+      q = Find(line, kSeparator, start);
+    }
+    tree.SetItemData(state.subcategory != kNoItem ? state.subcategory : state.category, std::move(array));
+  }
+  return effect;
+}
+
+}  // namespace gavelscope::keywords

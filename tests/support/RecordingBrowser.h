@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#pragma once
+
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "app/Browser.h"
+
+namespace gavelscope::testing {
+
+// Remembers the pages it was asked to open instead of opening them.
+class RecordingBrowser : public app::IBrowser {
+ public:
+  void OpenUrlInBrowser(std::string_view url) override {
+    std::lock_guard lock(m_mutex);
+    m_opened.emplace_back(url);
+  }
+  std::vector<std::string> Opened() const {
+    std::lock_guard lock(m_mutex);
+    return m_opened;
+  }
+
+ private:
+  mutable std::mutex m_mutex;
+  std::vector<std::string> m_opened;
+};
+
+}  // namespace gavelscope::testing
