@@ -47,7 +47,7 @@ from pyftpdlib.authorizers import DummyAuthorizer
 from pyftpdlib.handlers import FTPHandler
 from pyftpdlib.servers import FTPServer
 
-from sitegen import SiteGenerator
+from sitegen import SiteGenerator, add_knob_arguments, generator_from_arguments
 
 FTP_HOST = "ftp.gavelscope.example"
 FTP_USER = "gavelscope"
@@ -239,17 +239,10 @@ def fill_ftp_root(root: str, files: dict):
 
 def parse_arguments(argv):
     parser = argparse.ArgumentParser(description="Stand-in eBay sites and vendor servers.")
-    defaults = SiteGenerator()
-    for knob in SiteGenerator.LIMITS:
-        parser.add_argument(f"--{knob}", type=int, default=getattr(defaults, knob),
-                            help=f"default {getattr(defaults, knob)}")
+    add_knob_arguments(parser)
     parser.add_argument("--ftp-root", help="FTP home directory (default: a temporary folder)")
     args = parser.parse_args(argv)
-    try:
-        generator = SiteGenerator(**{knob: getattr(args, knob) for knob in SiteGenerator.LIMITS})
-    except ValueError as error:
-        parser.error(str(error))
-    return args, generator
+    return args, generator_from_arguments(parser, args)
 
 
 def watch_stdin(done: threading.Event):

@@ -4,7 +4,11 @@
 
 Everything follows from five size knobs: the same knobs always give the same bytes, and a page costs
 nothing until it is asked for (a 10,000-row listing page is built only when fetched). Only the
-catalogue itself (names, counts, keywords) is built up front; it is small even for big sites.
+catalogue itself (names, counts, keywords) is built up front; it is small even for big sites. The
+home pages and category list files, asked for by every run, are kept once built.
+
+`sitegen.py top100 usa|uk [--categories N ...]` prints what the program's Top 100 export must hold
+for those knobs.
 
 Pages are Windows-1252 text, encoded here and nowhere else: the pound sign is the byte 0xA3.
 
@@ -13,10 +17,13 @@ load-bearing; each is explained where it is written.
 """
 from __future__ import annotations
 
+import argparse
 import datetime
+import functools
 import itertools
 import random
 import re
+import sys
 from dataclasses import dataclass
 
 from gifwriter import Frame, gif
@@ -36,62 +43,119 @@ CATALOGUE = (
                   "Furniture", "Maps, Atlases &amp; Globes", "Rugs &amp; Carpets", "Silver",
                   "Textiles &amp; Linens", "Other Antiques")),
     ("Art", ("Drawings", "Folk Art", "Mixed Media", "Paintings", "Photographic Images", "Posters",
-             "Prints", "Sculpture &amp; Carvings")),
+             "Prints", "Sculpture &amp; Carvings", "Self-Representing Artists", "Textile Art")),
+    ("Baby", ("Baby Gear", "Bathing &amp; Grooming", "Car Safety Seats", "Diapering", "Feeding",
+              "Nursery Bedding", "Nursery Furniture", "Strollers", "Toys for Baby", "Other Baby")),
     ("Books", ("Antiquarian &amp; Collectible", "Audiobooks", "Children&#39;s Books", "Cookbooks",
-               "Fiction Books", "Magazines", "Nonfiction Books", "Textbooks &amp; Education")),
+               "Fiction Books", "Magazines", "Nonfiction Books", "Poetry",
+               "Textbooks &amp; Education",
+               "Travel Guides")),
+    ("Business &amp; Industrial", ("Agriculture &amp; Forestry", "Construction",
+                                   "Electrical &amp; Test Equipment", "Healthcare &amp; Lab",
+                                   "Industrial Supply, MRO", "Manufacturing &amp; Metalworking",
+                                   "Office, Printing &amp; Shipping", "Restaurant &amp; Catering",
+                                   "Retail &amp; Services", "Other Industries")),
     ("Cameras &amp; Photo", ("Digital Cameras", "Film Cameras", "Lenses &amp; Filters", "Flashes",
                              "Camcorders", "Binoculars &amp; Telescopes", "Vintage Cameras",
-                             "Other Photo")),
+                             "Tripods &amp; Supports", "Darkroom &amp; Developing", "Other Photo")),
+    ("Cars, Parts &amp; Vehicles", ("Cars &amp; Trucks", "Motorcycles", "Parts &amp; Accessories",
+                                    "Boats", "Caravans &amp; Trailers", "Classic Cars",
+                                    "Commercial Vehicles", "Manuals &amp; Literature", "Car Care",
+                                    "Other Vehicles")),
     ("Clothing, Shoes &amp; Accessories", ("Men&#39;s Clothing", "Women&#39;s Clothing",
                                            "Children&#39;s Clothing", "Men&#39;s Shoes",
                                            "Women&#39;s Shoes", "Handbags &amp; Bags",
+                                           "Men&#39;s Accessories", "Women&#39;s Accessories",
                                            "Vintage Clothing", "Wedding Apparel")),
     ("Coins", ("Coins: US", "Coins: World", "Ancient Coins", "Bullion", "Paper Money: US",
-               "Paper Money: World", "Exonumia", "Other Coins")),
+               "Paper Money: World", "Exonumia", "Errors &amp; Varieties", "Coin Supplies",
+               "Other Coins")),
     ("Collectibles", ("Advertising", "Animals", "Animation Art &amp; Characters",
                       "Breweriana, Beer", "Clocks", "Comics", "Disneyana", "Kitchen &amp; Home",
                       "Militaria", "Tobacciana")),
-    ("Computers &amp; Networking", ("Apple Computers", "Desktop PCs", "Laptops", "Monitors",
-                                    "Networking", "Printers", "Software", "Vintage Computers")),
-    ("Consumer Electronics", ("Car Electronics", "Cell Phones", "Gadgets", "Home Audio",
-                              "MP3 Players", "Portable Audio", "Radios", "Televisions")),
-    ("Dolls &amp; Bears", ("Bears", "Dolls", "Dollhouses", "Doll Clothes", "Paper Dolls", "Plush",
-                           "Bear Making Supplies", "Other Dolls")),
-    ("DVDs &amp; Movies", ("DVD", "Film", "Laserdisc", "VHS", "Box Sets", "Other Formats")),
-    ("Home &amp; Garden", ("Bath", "Bedding", "Furniture", "Garden", "Home Decor", "Kitchen",
-                           "Lamps, Lighting", "Tools")),
+    ("Computers &amp; Networking", ("Apple Computers", "Components", "Desktop PCs",
+                                    "Drives &amp; Storage", "Laptops", "Monitors", "Networking",
+                                    "Printers", "Software", "Vintage Computers")),
+    ("Consumer Electronics", ("Car Electronics", "Cell Phones", "DVD Players &amp; Recorders",
+                              "Gadgets", "Home Audio", "Home Theater", "MP3 Players",
+                              "Portable Audio", "Radios", "Televisions")),
+    ("Crafts", ("Beads &amp; Jewelry Making", "Cross Stitch", "Drawing &amp; Painting", "Fabric",
+                "Knitting", "Quilting", "Rubber Stamping", "Scrapbooking", "Sewing",
+                "Woodworking")),
+    ("Dolls &amp; Bears", ("Bears", "Dolls", "Dollhouses", "Doll Clothes", "Dolls&#39; Furniture",
+                           "Paper Dolls", "Plush", "Bear Making Supplies", "Vintage Dolls",
+                           "Other Dolls")),
+    ("DVDs &amp; Movies", ("DVD", "Film", "Laserdisc", "VHS", "Box Sets", "Film Memorabilia",
+                           "Home Movies", "Trailers", "Wholesale Lots", "Other Formats")),
+    ("Entertainment Memorabilia", ("Autographs", "Movie Memorabilia", "Music Memorabilia",
+                                   "Television Memorabilia", "Theater Memorabilia",
+                                   "Video Game Memorabilia", "Radio Memorabilia",
+                                   "Comic Memorabilia", "Posters", "Other Memorabilia")),
+    ("Gift Certificates", ("Restaurants", "Retail Stores", "Travel Vouchers", "Entertainment",
+                           "Spa &amp; Beauty", "Department Stores", "Online Shops", "Music Shops",
+                           "Book Shops", "Other Vouchers")),
+    ("Health &amp; Beauty", ("Bath &amp; Body", "Dietary Supplements", "Fragrances", "Hair Care",
+                             "Make-Up", "Massage", "Medical Supplies", "Nail Care", "Skin Care",
+                             "Vision Care")),
+    ("Home &amp; Garden", ("Bath", "Bedding", "Furniture", "Garden", "Home Decor",
+                           "Home Improvement", "Kitchen", "Lamps, Lighting", "Outdoor Living",
+                           "Tools")),
     ("Jewelry &amp; Watches", ("Bracelets", "Earrings", "Fashion Jewelry", "Fine Jewelry",
-                               "Loose Beads", "Necklaces &amp; Pendants", "Rings", "Watches")),
-    ("Music", ("CDs", "Cassettes", "Records", "Music Memorabilia", "Sheet Music", "Box Sets",
-               "Other Formats")),
-    ("Musical Instruments", ("Brass", "Electronic", "Guitar", "Keyboard, Piano", "Percussion",
-                             "Pro Audio", "String", "Woodwind")),
+                               "Loose Beads", "Men&#39;s Jewelry", "Necklaces &amp; Pendants",
+                               "Rings", "Vintage &amp; Antique", "Watches")),
+    ("Music", ("CDs", "Cassettes", "Records", "Vinyl Singles", "DVD Audio", "Music Memorabilia",
+               "Sheet Music", "Box Sets", "Wholesale Lots", "Other Formats")),
+    ("Musical Instruments", ("Brass", "Electronic", "Equipment", "Guitar", "Instruction Books, CDs",
+                             "Keyboard, Piano", "Percussion", "Pro Audio", "String", "Woodwind")),
+    ("Pet Supplies", ("Aquarium &amp; Fish", "Bird Supplies", "Cat Supplies", "Dog Supplies",
+                      "Horse Supplies", "Reptile Supplies", "Small Animal Supplies",
+                      "Pet Clothing", "Pet Memorials", "Other Pet Supplies")),
     ("Pottery &amp; Glass", ("Glass", "Pottery &amp; China", "Art Glass", "Carnival Glass",
-                             "Depression Glass", "Porcelain", "Stoneware", "Other Pottery")),
-    ("Sporting Goods", ("Camping", "Cycling", "Fishing", "Golf", "Hunting", "Skiing",
-                        "Team Sports", "Water Sports")),
-    ("Stamps", ("United States", "Great Britain", "Europe", "Asia", "Canada",
-                "Topical &amp; Specialty", "Worldwide", "Publications &amp; Supplies")),
-    ("Tickets", ("Concerts", "Sporting Events", "Theater", "Experiences", "Travel",
-                 "Other Tickets")),
-    ("Toys &amp; Hobbies", ("Action Figures", "Diecast, Toy Vehicles", "Educational", "Games",
-                            "Model Railroads, Trains", "Models, Kits", "Radio Control",
-                            "Vintage, Antique Toys")),
-    ("Video Games", ("Accessories", "Games", "Consoles", "Strategy Guides", "Vintage Games",
-                     "Handheld")),
+                             "Depression Glass", "Paperweights", "Porcelain", "Stoneware",
+                             "Studio Pottery", "Other Pottery")),
+    ("Real Estate", ("Commercial", "Land", "Residential", "Timeshares", "Holiday Homes",
+                     "Manufactured Homes", "Farms &amp; Ranches", "Parking &amp; Garages",
+                     "Cemetery Plots", "Other Real Estate")),
+    ("Specialty Services", ("Advice &amp; Instruction", "Artistic Services", "Auction Services",
+                            "Custom Clothing &amp; Jewelry", "Graphic &amp; Logo Design",
+                            "Media Editing &amp; Duplication", "Printing &amp; Personalization",
+                            "Restoration &amp; Repair", "Web &amp; Computer Services",
+                            "Other Services")),
+    ("Sporting Goods", ("Camping", "Cycling", "Fishing", "Fitness", "Golf", "Hunting", "Skiing",
+                        "Team Sports", "Tennis", "Water Sports")),
+    ("Sports Mem, Cards &amp; Fan Shop", ("Autographs-Original", "Cards",
+                                          "Fan Apparel &amp; Souvenirs", "Game Used Memorabilia",
+                                          "Vintage Sports Memorabilia", "Baseball", "Basketball",
+                                          "Boxing", "Golf", "Hockey")),
+    ("Stamps", ("United States", "Great Britain", "Europe", "Asia", "Africa", "Canada",
+                "Latin America", "Topical &amp; Specialty", "Worldwide",
+                "Publications &amp; Supplies")),
+    ("Tickets", ("Concerts", "Sporting Events", "Theater", "Comedy", "Festivals", "Museums",
+                 "Experiences", "Travel", "Parking Passes", "Other Tickets")),
+    ("Toys &amp; Hobbies", ("Action Figures", "Building Toys", "Diecast, Toy Vehicles",
+                            "Educational", "Games", "Model Railroads, Trains", "Models, Kits",
+                            "Outdoor Toys", "Radio Control", "Vintage, Antique Toys")),
+    ("Video Games", ("Accessories", "Games", "Consoles", "PC Games", "Strategy Guides",
+                     "Replacement Parts", "Merchandise", "Vintage Games", "Handheld",
+                     "Wholesale Lots")),
+    ("Travel", ("Airline", "Car Rental", "Cruises", "Lodging", "Luggage", "Rail",
+                "Travel Accessories", "Vacation Packages", "Maps", "Other Travel")),
     ("Everything Else", ("Gifts &amp; Occasions", "Metaphysical", "Weird Stuff", "Genealogy",
-                         "Information Products", "Education", "Other")),
+                         "Information Products", "Education", "Memberships", "Reward Points",
+                         "Personal Security", "Other")),
 )
 
 UK_SPELLING = (
     ("Jewelry", "Jewellery"), ("Cell Phones", "Mobile Phones"), ("Theater", "Theatre"),
     ("Coins: US", "Coins: UK"), ("Paper Money: US", "Paper Money: UK"),
     ("United States", "United Kingdom"), ("DVDs &amp; Movies", "DVDs, Films &amp; TV"),
-    ("Model Railroads", "Model Railways"),
+    ("Model Railroads", "Model Railways"), ("Diapering", "Nappies &amp; Changing"),
+    ("Strollers", "Pushchairs &amp; Prams"), ("Vacation", "Holiday"),
+    ("Cars, Parts &amp; Vehicles", "Motors"), ("Cars &amp; Trucks", "Cars"),
 )
 
-# Keyword stems and the words that dress them up into item titles. Keywords are plain ASCII so
-# that their search links need no escaping.
+# Keyword stems and the words that dress them up into item titles. Search links carry a keyword's
+# slug, so they need no escaping.
 STEMS = (
     "lego", "nokia", "ipod", "zippo", "pyrex", "wedgwood", "doulton", "hornby", "meccano", "corgi",
     "dinky", "barbie", "beanie babies", "pokemon", "star wars", "beatles", "elvis", "rolex",
@@ -102,8 +166,10 @@ STEMS = (
     "sega", "nintendo", "playstation", "atari", "commodore", "game boy", "first edition",
     "autograph", "comic", "vinyl", "cassette", "tin toy", "teddy bear", "doll house",
     "pocket watch", "fountain pen", "snow globe", "music box", "oil lamp", "brass bell",
-    "model train",
+    "model train", "caf\u00e9 table",
 )
+# Moved up to an early top keyword, so that every Top 100 list holds one byte above 0x7F.
+ACCENTED_STEM = "caf\u00e9 table"
 QUALIFIERS = (
     "vintage", "antique", "rare", "retro", "boxed", "signed", "original", "limited", "large",
     "small", "french", "english", "german", "japanese", "victorian", "edwardian",
@@ -211,14 +277,43 @@ UK = Site(1, "UK", "ebay.co.uk", "\u00a3")
 
 
 @dataclass(frozen=True)
+class KeywordLine:
+    """One "~KEYWORD~" line of a list file."""
+    keywords: tuple      # the well-formed pairs, in rank order
+    dangling: str = ""   # a last keyword whose pair lacks its closing separator: readers drop it
+
+
+# Sub-categories whose keyword lines a reader of the list file has to get through, by (category,
+# sub-category) position. Places beyond the knobs, or in the category left without sub-categories,
+# are simply not there.
+NONE_KNOWN, DANGLING, REPLACED, LONE_DANGLING = range(4)
+ODD_KEYWORD_LINES = {
+    (1, 0): NONE_KNOWN,     # the first sub-category of a category, with no known keywords
+    (2, 3): DANGLING,       # the last pair lacks its closing separator
+    (3, 1): REPLACED,       # two keyword lines: the second one counts
+    (4, 2): LONE_DANGLING,  # a lone unfinished pair: an empty keyword array
+}
+
+
+@dataclass(frozen=True)
 class SubCategory:
     site: Site
     cat_index: int
     index: int
     html_name: str
     count_text: str      # as the home page writes it inside "(...)", thousands separators included
-    keywords: tuple      # in rank order; empty when none are known
+    lines: tuple         # its KeywordLines in file order
     category_path: str   # "/Name_W0QQsacatZ1000"
+
+    @functools.cached_property
+    def listed(self) -> tuple | None:
+        """The keyword array a reader of the list file ends with; None without a keyword line."""
+        return self.lines[-1].keywords if self.lines else None
+
+    @functools.cached_property
+    def keywords(self) -> tuple:
+        """Its known keywords in rank order, which item titles are made of."""
+        return tuple(kw for kw in self.listed or () if kw != NO_KNOWN_KEYWORDS)
 
     @property
     def ident(self) -> int:
@@ -294,7 +389,9 @@ class SiteContent:
     def __init__(self, site: Site, knobs: "SiteGenerator"):
         self.site = site
         self.knobs = knobs
+        self.preamble = ()  # keywords listed before the first category
         self.categories = self._build_catalogue()
+        self._home_page = self._category_list = None  # built when first asked for
         self.subs_by_id = {sub.ident: sub for cat in self.categories for sub in cat.subs}
         self.cats_by_id = {cat.ident: cat for cat in self.categories}
 
@@ -306,12 +403,25 @@ class SiteContent:
                 text = text.replace(old, new)
         return text
 
+    def _keyword_count(self, rng: random.Random) -> int:
+        # The knob is the most an item gets; the fewest is two fifths of it, rounded up.
+        most = self.knobs.keywords
+        return rng.randint(max(1, (2 * most + 4) // 5), most)
+
+    def _ranked(self, top: str, rng: random.Random, phrases) -> tuple:
+        count = self._keyword_count(rng)
+        others = [p for p in rng.sample(phrases, min(len(phrases), count + 1)) if p != top]
+        return (top, *others[: count - 1])
+
     def _build_catalogue(self) -> list:
         knobs = self.knobs
         rng = random.Random(f"catalogue/{self.site.index}")
         phrases = list(STEMS) + [f"{q} {s}" for q in QUALIFIERS for s in STEMS]
         rng.shuffle(phrases)
-        tops = itertools.cycle(phrases)  # each sub-category its own top keyword while they last
+        phrases.insert(5, phrases.pop(phrases.index(ACCENTED_STEM)))
+        # Each item its own top keyword while they last, so that a reader's mistake about which
+        # keyword line or pair counts shows in the Top 100 list.
+        tops = itertools.cycle(phrases)
         # A category without sub-categories sits just before the last one, so that the first
         # category (what tests reach for) and the last one (whose last count lacks its ")") keep
         # theirs.
@@ -322,11 +432,17 @@ class SiteContent:
                 (f"Everything Else {ci + 1}", ())
             name = self._html_name(name)
             subs = [] if ci == empty else self._build_subs(ci, name, sub_names, rng, phrases, tops)
-            pool = [kw for sub in subs for kw in sub.keywords] or phrases
-            keywords = tuple(dict.fromkeys(rng.sample(pool, min(len(pool), knobs.keywords))))
+            # A category's top keyword is nobody else's: categories never enter the Top 100.
+            top = next(tops)
+            pool = list(dict.fromkeys(kw for sub in subs for kw in sub.keywords if kw != top))
+            rest = rng.sample(pool or phrases, min(len(pool or phrases),
+                                                   self._keyword_count(rng) - 1))
             count = sum(int(sub.count_text.replace(",", "")) for sub in subs)
             categories.append(Category(self.site, ci, name, count or rng.randint(50, 5000),
-                                       tuple(subs), keywords))
+                                       tuple(subs), (top, *rest)))
+        # Keywords that come before the first category belong to the Top 100 item, which the
+        # Top 100 list then replaces.
+        self.preamble = tuple(next(tops) for _ in range(3))
         return categories
 
     def _build_subs(self, ci: int, cat_name: str, names, rng, phrases, tops) -> list:
@@ -341,16 +457,21 @@ class SiteContent:
                 first, rest = name.split(" ", 1)
                 name = f"<b>{first}</b> {rest}"
             count = rng.randint(1000, 99999) if si % 2 == 0 else rng.randint(3, 999)
-            if ci == knobs.categories - 1 and si == knobs.subcategories - 1:
-                keywords = ()  # the site's very last sub-category has no known keywords
+            top = next(tops)
+            if ci == 0 and si == 1:
+                top = subs[0].keywords[0]  # shared, so listed once in the Top 100
+            odd = ODD_KEYWORD_LINES.get((ci, si))
+            if odd == NONE_KNOWN or (ci == knobs.categories - 1 and si == knobs.subcategories - 1):
+                lines = (KeywordLine((NO_KNOWN_KEYWORDS,)),)  # also the site's very last one
+            elif odd == LONE_DANGLING:
+                lines = (KeywordLine((), dangling=top),)
             else:
-                top = next(tops)
-                if ci == 0 and si == 1:
-                    top = subs[0].keywords[0]  # shared, so listed once in the Top 100
-                others = [p for p in rng.sample(phrases, min(len(phrases), knobs.keywords + 1))
-                          if p != top]
-                keywords = (top, *others[: knobs.keywords - 1])
-            subs.append(SubCategory(self.site, ci, si, name, f"{count:,}", keywords, cat_path))
+                lines = (KeywordLine(self._ranked(top, rng, phrases)),)
+                if odd == DANGLING:
+                    lines = (KeywordLine(lines[0].keywords, dangling=rng.choice(phrases)),)
+                elif odd == REPLACED:
+                    lines = (KeywordLine(self._ranked(next(tops), rng, phrases)), *lines)
+            subs.append(SubCategory(self.site, ci, si, name, f"{count:,}", lines, cat_path))
         return subs
 
     def search_url(self, keyword: str, ident: int) -> str:
@@ -433,6 +554,11 @@ class SiteContent:
         return "".join(lines)
 
     def home_page(self) -> bytes:
+        if self._home_page is None:
+            self._home_page = self._build_home_page()
+        return self._home_page
+
+    def _build_home_page(self) -> bytes:
         half = (len(self.categories) + 1) // 2
         columns = []
         for part in (self.categories[:half], self.categories[half:]):
@@ -541,12 +667,13 @@ class SiteContent:
     def search_page(self, keyword: str, ident: int) -> bytes:
         cat = self.cats_by_id.get(ident)
         subs = cat.subs if cat else [s for s in (self.subs_by_id.get(ident),) if s]
-        wanted = keyword.upper()
+        # Compared as slugs: that is all a search link keeps of a keyword with an accent.
+        wanted = slug(keyword).upper()
         found = []
         for sub in subs:
             for row in range(min(self.knobs.items, 200)):
                 item = self.item(sub, 1, row)
-                if wanted in decode_entities(item.title).upper():
+                if wanted in slug(decode_entities(item.title)).upper():
                     found.append(item)
             if len(found) >= 50:
                 break
@@ -611,20 +738,40 @@ class SiteContent:
         return self._page("eBay Sign In", body)
 
     def category_list(self) -> bytes:
-        def keyword_line(keywords, ident: int, fallback_url: str) -> str:
-            if not keywords:
-                return f"~KEYWORD~{NO_KNOWN_KEYWORDS}~|~{fallback_url}~|~"
-            return "~KEYWORD~" + "".join(f"{kw}~|~{self.search_url(kw, ident)}~|~"
-                                         for kw in keywords)
+        if self._category_list is None:
+            self._category_list = self._build_category_list()
+        return self._category_list
 
-        lines = []
+    def _build_category_list(self) -> bytes:
+        def keyword_line(line: KeywordLine, ident: int, url: str) -> str:
+            # "No known keywords" links to the item's own listing, having no search of its own.
+            def link(kw: str) -> str:
+                return url if kw == NO_KNOWN_KEYWORDS else self.search_url(kw, ident)
+
+            text = "~KEYWORD~" + "".join(f"{kw}~|~{link(kw)}~|~" for kw in line.keywords)
+            return text + (f"{line.dangling}~|~{link(line.dangling)}" if line.dangling else "")
+
+        lines = [keyword_line(KeywordLine(self.preamble), 0, "")]
         for cat in self.categories:
             lines.append(f"~CAT~{cat.name}~|~{cat.url}~|~")
-            lines.append(keyword_line(cat.keywords, cat.ident, cat.url))
+            lines.append(keyword_line(KeywordLine(cat.keywords), cat.ident, cat.url))
             for sub in cat.subs:
                 lines.append(f"~SUBCAT~{sub.name}~|~{sub.url}~|~")
-                lines.append(keyword_line(sub.keywords, sub.ident, sub.url))
+                lines += [keyword_line(line, sub.ident, sub.url) for line in sub.lines]
         return "".join(line + "\r\n" for line in lines).encode(ENCODING)
+
+    def top100(self) -> list:
+        """The Top 100 keywords a reader of the list file derives, from the catalogue itself."""
+        taken = {}  # a dict for its order
+        for cat in self.categories:
+            for sub in cat.subs:
+                if not sub.name:
+                    continue
+                if sub.listed is None:
+                    return list(taken)
+                if sub.listed and sub.listed[0] != NO_KNOWN_KEYWORDS:
+                    taken.setdefault(sub.listed[0])
+        return list(taken)
 
     # -- routing --
 
@@ -721,10 +868,12 @@ BANNERS = (
 class SiteGenerator:
     """Both eBay sites plus the vendor's web and FTP content, from five size knobs."""
 
+    DEFAULTS = {"categories": 34, "subcategories": 10, "keywords": 25, "items": 25, "pages": 3}
     LIMITS = {"categories": 99, "subcategories": 999, "keywords": 1000, "items": 99999,
               "pages": 999}
 
-    def __init__(self, categories=12, subcategories=8, keywords=10, items=25, pages=3):
+    def __init__(self, categories=DEFAULTS["categories"], subcategories=DEFAULTS["subcategories"],
+                 keywords=DEFAULTS["keywords"], items=DEFAULTS["items"], pages=DEFAULTS["pages"]):
         self.categories, self.subcategories, self.keywords = categories, subcategories, keywords
         self.items, self.pages = items, pages
         for name, limit in self.LIMITS.items():
@@ -772,6 +921,14 @@ class SiteGenerator:
                          f"{decode_entities(item.title)}~|~{price}~|~{item.bids}~|~\r\n")
         return "".join(lines).encode(ENCODING)
 
+    def top100_export(self, site: str) -> bytes:
+        """What the program's Top 100 export writes for site "usa" or "uk", byte for byte."""
+        content = {"usa": self.usa, "uk": self.uk}[site.lower()]
+        lines = [f"{position}\t\t\t\t{keyword}\r\n"
+                 for position, keyword in enumerate(content.top100(), 1)]
+        return ("\tTodays Top 100 Keywords\r\n\r\nPosition\t\t\tKeyword\r\n\r\n"
+                + "".join(lines)).encode(ENCODING)
+
     def banner_list(self) -> bytes:
         return "".join(f"{minutes}|http://{VENDOR_HOST}{page}|{name}|\r\n"
                        for minutes, page, name, _look in BANNERS).encode(ENCODING)
@@ -798,3 +955,43 @@ class SiteGenerator:
                     "<p>Keyword / Auction / Hot Item Application for eBay sellers.</p>\n"
                     "</body></html>\n").encode(ENCODING)
         return None
+
+
+# --- Command line --------------------------------------------------------------------------------
+
+KNOB_HELP = {
+    "categories": "top-level categories per site",
+    "subcategories": "sub-categories per category (one category near the end has none)",
+    "keywords": "most keywords per category or sub-category; the fewest is two fifths of it",
+    "items": "items per listing page",
+    "pages": "pages per listing",
+}
+
+
+def add_knob_arguments(parser: argparse.ArgumentParser):
+    for knob, default in SiteGenerator.DEFAULTS.items():
+        parser.add_argument(f"--{knob}", type=int, default=default,
+                            help=f"{KNOB_HELP[knob]} (default {default})")
+
+
+def generator_from_arguments(parser: argparse.ArgumentParser, args) -> SiteGenerator:
+    try:
+        return SiteGenerator(**{knob: getattr(args, knob) for knob in SiteGenerator.DEFAULTS})
+    except ValueError as error:
+        parser.error(str(error))
+
+
+def main(argv=None) -> int:
+    """`sitegen.py top100 usa|uk [knobs]`: the expected Top 100 export on standard output."""
+    parser = argparse.ArgumentParser(description="Expected output for the stand-in sites.")
+    parser.add_argument("command", choices=("top100",))
+    parser.add_argument("site", choices=("usa", "uk"))
+    add_knob_arguments(parser)
+    args = parser.parse_args(argv)
+    sys.stdout.buffer.write(generator_from_arguments(parser, args).top100_export(args.site))
+    sys.stdout.buffer.flush()
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -8,7 +8,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "sandbox"))
 
-from sitegen import SiteGenerator  # noqa: E402
+from sitegen import NO_KNOWN_KEYWORDS, SiteGenerator  # noqa: E402
 
 KNOBS = dict(categories=4, subcategories=3, keywords=4, items=6, pages=3)
 
@@ -23,6 +23,35 @@ def every_body(generator):
             for page in range(1, generator.pages + 1):
                 yield generator.http_get(host, f"{path}QQfrpgZ{page}")
     yield from generator.ftp_files().values()
+
+
+def read_category_list(text: str):
+    """The categories, with [name, keyword array or None] per sub-category, as the program reads
+    the list file: a keyword line's unfinished last pair is dropped, a later line replaces one."""
+    categories, item = [], None
+    for line in text.split("\r\n"):
+        marker, _, rest = line.partition("~")[2].partition("~")
+        fields = rest.split("~|~")[:-1]  # text after the last separator is no field
+        if marker == "CAT":
+            categories.append((fields[0], []))
+            item = None
+        elif marker == "SUBCAT":
+            item = [fields[0], None]
+            categories[-1][1].append(item)
+        elif marker == "KEYWORD" and item is not None:
+            item[1] = fields[0:len(fields) // 2 * 2:2]
+    return categories
+
+
+def top100(categories) -> list:
+    taken = []
+    for _name, subs in categories:
+        for name, keywords in subs:
+            if keywords is None:
+                return taken
+            if name and keywords and keywords[0] not in taken + [NO_KNOWN_KEYWORDS]:
+                taken.append(keywords[0])
+    return taken
 
 
 class SiteGeneratorTest(unittest.TestCase):
@@ -42,6 +71,17 @@ class SiteGeneratorTest(unittest.TestCase):
             found = re.search(rb'<a href="([^"]+)">Next <img [^>]*title="Continue"', page)
             url = found and "http://listings.ebay.co.uk" + found[1].decode()
         self.assertEqual(pages, KNOBS["pages"])
+
+    def test_default_list_files_are_full_size_and_give_the_expected_top100(self):
+        # The export oracle comes from the catalogue, not from the file: the two must agree.
+        generator = SiteGenerator()
+        for site, content in (("usa", generator.usa), ("uk", generator.uk)):
+            categories = read_category_list(content.category_list().decode("cp1252"))
+            self.assertGreaterEqual(len(categories), 30)
+            self.assertGreaterEqual(sum(len(subs) for _name, subs in categories), 300)
+            expected = "\tTodays Top 100 Keywords\r\n\r\nPosition\t\t\tKeyword\r\n\r\n" + "".join(
+                f"{n}\t\t\t\t{keyword}\r\n" for n, keyword in enumerate(top100(categories), 1))
+            self.assertEqual(generator.top100_export(site), expected.encode("cp1252"))
 
 
 if __name__ == "__main__":
