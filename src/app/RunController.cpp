@@ -99,18 +99,19 @@ void CRunController::StartAnalysisThreads() {
   // counts one finished load when it ends.
   if (m_bShutDown) return;
   for (ReadinessEvent& done : m_loadsDone) done.Reset();
-  m_keyWordsThreadUK = std::jthread(
-      [this, job = keywords::CKeyWordsThreadUK(m_config.profile, m_config.net, {m_treeUK, m_listKeywordsUK, *this})](
-          std::stop_token stop) mutable {
-        job.Run(stop);
-        LoadDone(Load::KeywordsUK).Set();
-      });
-  m_keyWordsThreadUSA = std::jthread(
-      [this, job = keywords::CKeyWordsThreadUSA(m_config.profile, m_config.net, {m_treeUSA, m_listKeywordsUSA, *this})](
-          std::stop_token stop) mutable {
-        job.Run(stop);
-        LoadDone(Load::KeywordsUSA).Set();
-      });
+  m_keyWordsThreadUK = StartLoad(Load::KeywordsUK, keywords::CKeyWordsThreadUK(m_config.profile, m_config.net,
+                                                                               {m_treeUK, m_listKeywordsUK, *this}));
+  m_keyWordsThreadUSA =
+      StartLoad(Load::KeywordsUSA,
+                keywords::CKeyWordsThreadUSA(m_config.profile, m_config.net, {m_treeUSA, m_listKeywordsUSA, *this}));
+}
+
+template <typename Job>
+std::jthread CRunController::StartLoad(Load load, Job job) {
+  return std::jthread([this, load, job = std::move(job)](std::stop_token stop) mutable {
+    job.Run(stop);
+    LoadDone(load).Set();
+  });
 }
 
 void CRunController::StopAnalysisThreads() {

@@ -98,6 +98,9 @@ class CRunController : public IRunEvents {
  private:
   void StartAnalysis();
   void StartAnalysisThreads();
+  // Runs an analysis job on a new thread and marks its load done when the job returns.
+  template <typename Job>
+  std::jthread StartLoad(Load load, Job job);
   // Stops and joins the analysis threads of the previous run, so that none of them writes into a
   // view that is being cleared for the next one.
   void StopAnalysisThreads();

@@ -4,8 +4,8 @@
 
 #include <set>
 
-#include "app/FileOutput.h"
 #include "keywords/KeywordListCtrl.h"
+#include "net/FileOutput.h"
 
 namespace gavelscope::keywords {
 
@@ -20,6 +20,10 @@ FontDescription ArialBase() {
 }
 
 }  // namespace
+
+std::size_t SearchingMarkerAt(std::string_view text) {
+  return text.find(kSearchingMarker);
+}
 
 FontDescription CategoryFont() {
   FontDescription font = ArialBase();
@@ -245,7 +249,7 @@ std::string CCategoryTree::Top100ExportText() const {
 }
 
 net::NetResult CCategoryTree::ExportTop100(const std::filesystem::path& file) {
-  net::NetResult written = app::WriteFileAtomically(file, Top100ExportText());
+  net::NetResult written = net::WriteFileAtomically(file, Top100ExportText());
   if (written) m_messages.Show(app::UserMessage{app::text::kExported, app::text::kMessageTitle});
   return written;
 }

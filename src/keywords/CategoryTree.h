@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/Browser.h"
@@ -52,6 +53,10 @@ inline constexpr std::int32_t kCategoryColour = 0xFF0000;
 inline constexpr std::int32_t kSearchingColour = 0x1BC28C;
 inline constexpr const char* kSearchingMarker = "  -  Searching";
 inline constexpr const char* kTop100ItemText = "Top 100 Keywords";
+
+// Where an item's text holds the "  -  Searching" marker, which is drawn apart from the name; npos
+// when it holds none.
+std::size_t SearchingMarkerAt(std::string_view text);
 
 FontDescription CategoryFont();
 FontDescription SubCategoryFont();

@@ -3,9 +3,8 @@
 #include "net/FtpClient.h"
 
 #include <cstdio>
-#include <fstream>
-#include <system_error>
 
+#include "net/FileOutput.h"
 #include "net/Session.h"
 #include "net/Transfer.h"
 
@@ -47,33 +46,17 @@ NetResult FtpClient::Connect(std::stop_token stop) {
 }
 
 NetResult FtpClient::GetFile(std::string_view remoteName, const std::filesystem::path& local, std::stop_token stop) {
-  std::filesystem::path partial = local;
-  partial += ".part";
-  std::ofstream out(partial, std::ios::binary | std::ios::trunc);
-  if (!out) return {false, "Cannot write " + partial.string()};
+  std::string content;
   Transfer transfer(m_session, UrlFor(remoteName), std::move(stop));
   Configure(transfer, m_account);
   curl_easy_setopt(transfer.handle(), CURLOPT_TRANSFERTEXT, 0L);
-  transfer.SetBodySink([&out](std::string_view bytes) {
-    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    return static_cast<bool>(out);
+  transfer.SetBodySink([&content](std::string_view bytes) {
+    content.append(bytes);
+    return true;
   });
   transfer.RunToEnd();
-  out.close();
-  NetResult result = transfer.Outcome();
-  std::error_code ignored;
-  if (result && !out) result = {false, "Cannot write " + partial.string()};
-  if (!result) {
-    std::filesystem::remove(partial, ignored);
-    return result;
-  }
-  std::error_code renamed;
-  std::filesystem::rename(partial, local, renamed);
-  if (renamed) {
-    std::filesystem::remove(partial, ignored);
-    return {false, "Cannot write " + local.string() + ": " + renamed.message()};
-  }
-  return result;
+  const NetResult result = transfer.Outcome();
+  return result ? WriteFileAtomically(local, content) : result;
 }
 
 NetResult FtpClient::PutFile(const std::filesystem::path& local, std::string_view remoteName, std::stop_token stop) {

@@ -7,10 +7,10 @@
 
 #include "net/NetOptions.h"
 
-namespace gavelscope::app {
+namespace gavelscope::net {
 
 // Writes `bytes` as the whole new content of `file`: written beside it first and moved into place,
 // so a failure leaves what was there before and never a half-written file.
-net::NetResult WriteFileAtomically(const std::filesystem::path& file, std::string_view bytes);
+NetResult WriteFileAtomically(const std::filesystem::path& file, std::string_view bytes);
 
-}  // namespace gavelscope::app
+}  // namespace gavelscope::net

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Copyright 2026 The Gavelscope developers
-#include "app/FileOutput.h"
+#include "net/FileOutput.h"
 
 #include <fstream>
 #include <system_error>
 
-namespace gavelscope::app {
+namespace gavelscope::net {
 
-net::NetResult WriteFileAtomically(const std::filesystem::path& file, std::string_view bytes) {
+NetResult WriteFileAtomically(const std::filesystem::path& file, std::string_view bytes) {
   std::filesystem::path partial = file;
   partial += ".part";
   {
@@ -30,4 +30,4 @@ net::NetResult WriteFileAtomically(const std::filesystem::path& file, std::strin
   return {true, {}};
 }
 
-}  // namespace gavelscope::app
+}  // namespace gavelscope::net
