@@ -8,7 +8,7 @@ catalogue itself (names, counts, keywords) is built up front; it is small even f
 home pages and category list files, asked for by every run, are kept once built.
 
 `sitegen.py top100 usa|uk [--categories N ...]` prints what the program's Top 100 export must hold
-for those knobs.
+for those knobs; `sitegen.py auctions usa|uk [...]` likewise for its auction export.
 
 Pages are Windows-1252 text, encoded here and nowhere else: the pound sign is the byte 0xA3.
 
@@ -191,10 +191,16 @@ NO_PICTURE, CAMERA_ICON, GALLERY_PICTURE = range(3)
 
 def decode_entities(html: str) -> str:
     """The name or title as the programs show it after cutting it out of a page."""
-    for old, new in (("&#34;", '"'), ("&#38;", "&"), ("&#39;", "'"), ("<b>", ""), ("</b>", ""),
-                     ("&amp;", "&"), ("&quot;", '"')):
+    for old, new in (("&#34;", '"'), ("&#38;", "&"), ("&#39;", "'"), ("<wbr>", ""), ("</wbr>", ""),
+                     ("<b>", ""), ("</b>", ""), ("&amp;", "&"), ("&quot;", '"')):
         html = html.replace(old, new)
     return html
+
+
+def c_atoi(text: str) -> int:
+    """A count text's sort value as the program reads it: "25,487" is 25, an empty text 0."""
+    match = re.match(r"[ \t\n\v\f\r]*([+-]?[0-9]+)", text)
+    return int(match[1]) if match else 0
 
 
 def slug(text: str) -> str:
@@ -773,6 +779,14 @@ class SiteContent:
                     taken.setdefault(sub.listed[0])
         return list(taken)
 
+    def auction_rows(self) -> list:
+        """(count text, name) of every sub-category, in home page order, as the counts reader
+        takes them from the home page."""
+        # The home page leaves the site's very last count without its ")": it reads as empty.
+        unclosed = self.categories[-1].subs[-1:]
+        return [("" if unclosed and sub is unclosed[0] else sub.count_text, sub.name)
+                for cat in self.categories for sub in cat.subs]
+
     # -- routing --
 
     LISTING_PATH = re.compile(
@@ -929,6 +943,16 @@ class SiteGenerator:
         return ("\tTodays Top 100 Keywords\r\n\r\nPosition\t\t\tKeyword\r\n\r\n"
                 + "".join(lines)).encode(ENCODING)
 
+    def auctions_export(self, site: str) -> bytes:
+        """What the program's auction export writes for site "usa" or "uk", byte for byte."""
+        content = {"usa": self.usa, "uk": self.uk}[site.lower()]
+        # Stable: rows of equal value keep their page order.
+        rows = sorted(content.auction_rows(), key=lambda row: -c_atoi(row[0]))
+        lines = [f"{position}\t\t{count}\t\t{name}\r\n"
+                 for position, (count, name) in enumerate(rows, 1)]
+        return ("\t\t\tTodays Auctions\r\n\r\nPosition\tCount\tAuction\r\n\r\n"
+                + "".join(lines)).encode(ENCODING)
+
     def banner_list(self) -> bytes:
         return "".join(f"{minutes}|http://{VENDOR_HOST}{page}|{name}|\r\n"
                        for minutes, page, name, _look in BANNERS).encode(ENCODING)
@@ -982,13 +1006,15 @@ def generator_from_arguments(parser: argparse.ArgumentParser, args) -> SiteGener
 
 
 def main(argv=None) -> int:
-    """`sitegen.py top100 usa|uk [knobs]`: the expected Top 100 export on standard output."""
+    """`sitegen.py top100|auctions usa|uk [knobs]`: the expected export on standard output."""
     parser = argparse.ArgumentParser(description="Expected output for the stand-in sites.")
-    parser.add_argument("command", choices=("top100",))
+    parser.add_argument("command", choices=("top100", "auctions"))
     parser.add_argument("site", choices=("usa", "uk"))
     add_knob_arguments(parser)
     args = parser.parse_args(argv)
-    sys.stdout.buffer.write(generator_from_arguments(parser, args).top100_export(args.site))
+    generator = generator_from_arguments(parser, args)
+    export = generator.top100_export if args.command == "top100" else generator.auctions_export
+    sys.stdout.buffer.write(export(args.site))
     sys.stdout.buffer.flush()
     return 0
 

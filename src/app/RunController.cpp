@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "app/CategoryAnchors.h"
+#include "auctions/AuctionThread.h"
 #include "keywords/KeyWordsThread.h"
 
 namespace gavelscope::app {
@@ -37,7 +38,9 @@ CRunController::CRunController(ControllerConfig config, IMainView& view, IUserMe
       m_listKeywordsUK(browser, messages),
       m_listKeywordsUSA(browser, messages),
       m_treeUK(0, m_listKeywordsUK, browser, messages),
-      m_treeUSA(1, m_listKeywordsUSA, browser, messages) {}
+      m_treeUSA(1, m_listKeywordsUSA, browser, messages),
+      m_listAuctionsUSA(browser, messages),
+      m_listAuctionsUK(browser, messages) {}
 
 CRunController::~CRunController() {
   Shutdown();
@@ -104,6 +107,10 @@ void CRunController::StartAnalysisThreads() {
   m_keyWordsThreadUSA =
       StartLoad(Load::KeywordsUSA,
                 keywords::CKeyWordsThreadUSA(m_config.profile, m_config.net, {m_treeUSA, m_listKeywordsUSA, *this}));
+  m_auctionThreadUSA = StartLoad(
+      Load::AuctionsUSA, auctions::CAuctionThreadUSA(m_config.profile, m_categoriesUSA, m_listAuctionsUSA, *this));
+  m_auctionThreadUK = StartLoad(Load::AuctionsUK,
+                                auctions::CAuctionThreadUK(m_config.profile, m_categoriesUK, m_listAuctionsUK, *this));
 }
 
 template <typename Job>
@@ -115,8 +122,10 @@ std::jthread CRunController::StartLoad(Load load, Job job) {
 }
 
 void CRunController::StopAnalysisThreads() {
-  for (std::jthread* thread : {&m_keyWordsThreadUK, &m_keyWordsThreadUSA}) thread->request_stop();
-  for (std::jthread* thread : {&m_keyWordsThreadUK, &m_keyWordsThreadUSA}) {
+  const std::initializer_list<std::jthread*> threads{&m_keyWordsThreadUK, &m_keyWordsThreadUSA, &m_auctionThreadUSA,
+                                                     &m_auctionThreadUK};
+  for (std::jthread* thread : threads) thread->request_stop();
+  for (std::jthread* thread : threads) {
     if (thread->joinable()) thread->join();
   }
 }
@@ -171,6 +180,8 @@ bool CRunController::RefreshDisplay() {
   m_treeUSA.FreeCatalogue();
   m_listKeywordsUK.DeleteAllItems();
   m_listKeywordsUSA.DeleteAllItems();
+  m_listAuctionsUSA.ClearRows();
+  m_listAuctionsUK.ClearRows();
   m_view.SetProgressRange(0, kProgressMax);
   m_view.SetProgressStep(1);
   {

@@ -16,8 +16,10 @@
 #include "app/MainView.h"
 #include "app/ReadinessEvent.h"
 #include "app/RunEvents.h"
+#include "app/SiteCategories.h"
 #include "app/ThreadOwner.h"
 #include "app/UserMessages.h"
+#include "auctions/AuctionListCtrl.h"
 #include "keywords/CategoryTree.h"
 #include "keywords/KeywordListCtrl.h"
 #include "net/NetOptions.h"
@@ -27,23 +29,14 @@
 namespace gavelscope::app {
 
 // The analysis loads of a run, in the order they start.
-enum class Load { KeywordsUK, KeywordsUSA };
-inline constexpr std::size_t kLoadKinds = 2;
+enum class Load { KeywordsUK, KeywordsUSA, AuctionsUSA, AuctionsUK };
+inline constexpr std::size_t kLoadKinds = 4;
 
 struct ControllerConfig {
   net::Profile profile;
   net::NetOptions net;
   // The per-user folder for the files the system downloads and writes.
   std::filesystem::path cacheFolder;
-};
-
-// What the start-up category worker of one Site discovers. Written only before `ready` is set and
-// read only after a wait on it, which is all the synchronisation these values need.
-struct SiteCategories {
-  std::vector<std::string> arrCategoryNames;
-  std::vector<std::string> arrCategoryLinks;  // parallel to the names
-  std::string strHomePage;                    // the listing home page, lines joined
-  ReadinessEvent ready;
 };
 
 // The run controller of the main window: starts the start-up workers and the analysis threads,
@@ -84,6 +77,9 @@ class CRunController : public IRunEvents {
   keywords::CKeywordListCtrl& KeywordList(net::Site site) {
     return site == net::Site::USA ? m_listKeywordsUSA : m_listKeywordsUK;
   }
+  auctions::CAuctionListCtrl& AuctionList(net::Site site) {
+    return site == net::Site::USA ? m_listAuctionsUSA : m_listAuctionsUK;
+  }
   SiteCategories& Categories(net::Site site) { return site == net::Site::USA ? m_categoriesUSA : m_categoriesUK; }
   const ControllerConfig& config() const { return m_config; }
   net::SharedSession& session() { return m_session; }
@@ -117,6 +113,8 @@ class CRunController : public IRunEvents {
   keywords::CKeywordListCtrl m_listKeywordsUSA;
   keywords::CCategoryTree m_treeUK;
   keywords::CCategoryTree m_treeUSA;
+  auctions::CAuctionListCtrl m_listAuctionsUSA;
+  auctions::CAuctionListCtrl m_listAuctionsUK;
 
   SiteCategories m_categoriesUK;
   SiteCategories m_categoriesUSA;
@@ -136,6 +134,8 @@ class CRunController : public IRunEvents {
   // to a slot stops and joins the one before.
   std::jthread m_keyWordsThreadUK;
   std::jthread m_keyWordsThreadUSA;
+  std::jthread m_auctionThreadUSA;
+  std::jthread m_auctionThreadUK;
   ThreadOwner m_threads;
 };
 

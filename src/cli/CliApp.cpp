@@ -10,6 +10,7 @@
 
 #include "app/BrowserLauncher.h"
 #include "app/HeadlessMainView.h"
+#include "app/ListCommands.h"
 #include "app/RunController.h"
 #include "app/Startup.h"
 #include "app/UserFolders.h"
@@ -36,7 +37,10 @@ constexpr const char* kUsage =
     "  keywords --site usa|uk [--export FILE | --item NAME]\n"
     "                                    the site's Top 100 keywords export, to stdout or FILE;\n"
     "                                    with --item, the keywords of the first category or\n"
-    "                                    sub-category called NAME: keyword, tab, search link\n";
+    "                                    sub-category called NAME: keyword, tab, search link\n"
+    "  auctions --site usa|uk [--export FILE]\n"
+    "                                    the site's auction counts export, largest first,\n"
+    "                                    to stdout or FILE\n";
 
 constexpr const char* kVersion = "gavelscope-cli 2.0\n";
 
@@ -116,15 +120,31 @@ keywords::TreeItem FindItem(const keywords::CCategoryTree& tree, const std::stri
   return keywords::kNoItem;
 }
 
-int PrintKeywords(app::CRunController& controller, const CliRequest& request, std::ostream& out, std::ostream& err) {
-  const app::Load load = request.site == net::Site::USA ? app::Load::KeywordsUSA : app::Load::KeywordsUK;
-  if (!controller.LoadDone(load).Wait({})) return kExitFailure;
-  keywords::CCategoryTree& tree = controller.Tree(request.site);
-  if (request.exportFile) {
-    const net::NetResult written = tree.ExportTop100(*request.exportFile);
+// The export goes to stdout, or to the file, after which the user is told it is done.
+int WriteExport(const std::string& text, const std::optional<std::filesystem::path>& file, app::IUserMessages& messages,
+                std::ostream& out, std::ostream& err) {
+  if (file) {
+    const net::NetResult written = app::ExportToFile(*file, text, messages);
     if (!written) err << written.error << '\n';
     return written ? kExitOk : kExitFailure;
   }
+  out << text;
+  out.flush();
+  return out ? kExitOk : kExitFailure;
+}
+
+int PrintAuctions(app::CRunController& controller, const CliRequest& request, app::IUserMessages& messages,
+                  std::ostream& out, std::ostream& err) {
+  const app::Load load = request.site == net::Site::USA ? app::Load::AuctionsUSA : app::Load::AuctionsUK;
+  if (!controller.LoadDone(load).Wait({})) return kExitFailure;
+  return WriteExport(controller.AuctionList(request.site).ExportText(), request.exportFile, messages, out, err);
+}
+
+int PrintKeywords(app::CRunController& controller, const CliRequest& request, app::IUserMessages& messages,
+                  std::ostream& out, std::ostream& err) {
+  const app::Load load = request.site == net::Site::USA ? app::Load::KeywordsUSA : app::Load::KeywordsUK;
+  if (!controller.LoadDone(load).Wait({})) return kExitFailure;
+  keywords::CCategoryTree& tree = controller.Tree(request.site);
   if (request.item) {
     const keywords::TreeItem item = FindItem(tree, *request.item);
     if (item == keywords::kNoItem) {
@@ -136,17 +156,16 @@ int PrintKeywords(app::CRunController& controller, const CliRequest& request, st
         out << record->GetKeyword() << '\t' << record->GetSearchLink() << '\n';
       }
     }
-  } else {
-    out << tree.Top100ExportText();
+    out.flush();
+    return out ? kExitOk : kExitFailure;
   }
-  out.flush();
-  return out ? kExitOk : kExitFailure;
+  return WriteExport(tree.Top100ExportText(), request.exportFile, messages, out, err);
 }
 
 }  // namespace
 
 std::optional<CliRequest> ParseCommandLine(const std::vector<std::string>& args, std::string& error) {
-  static const std::set<std::string> kCommands{"categories", "keywords"};
+  static const std::set<std::string> kCommands{"categories", "keywords", "auctions"};
   CliRequest request;
   bool siteGiven = false;
   for (std::size_t i = 0; i < args.size(); ++i) {
@@ -176,7 +195,7 @@ std::optional<CliRequest> ParseCommandLine(const std::vector<std::string>& args,
       }
       request.site = value == "usa" ? net::Site::USA : net::Site::UK;
       siteGiven = true;
-    } else if (request.command == "keywords" && IsOption(arg, "--export")) {
+    } else if ((request.command == "keywords" || request.command == "auctions") && IsOption(arg, "--export")) {
       if (!TakeValue(args, i, "--export", value, error)) return std::nullopt;
       request.exportFile = value;
     } else if (request.command == "keywords" && IsOption(arg, "--item")) {
@@ -246,8 +265,14 @@ int RunCli(const std::vector<std::string>& args, const CliEnvironment& environme
   app::CBrowserLauncher browser(messages);
   app::CRunController controller(config, view, messages, browser);
   controller.Start();
-  const int status = request->command == "keywords" ? PrintKeywords(controller, *request, out, err)
-                                                    : PrintCategories(controller, request->site, out);
+  int status = kExitFailure;
+  if (request->command == "keywords") {
+    status = PrintKeywords(controller, *request, messages, out, err);
+  } else if (request->command == "auctions") {
+    status = PrintAuctions(controller, *request, messages, out, err);
+  } else {
+    status = PrintCategories(controller, request->site, out);
+  }
   controller.Shutdown();
   return status;
 }

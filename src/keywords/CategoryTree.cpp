@@ -4,8 +4,8 @@
 
 #include <set>
 
+#include "app/ListCommands.h"
 #include "keywords/KeywordListCtrl.h"
-#include "net/FileOutput.h"
 
 namespace gavelscope::keywords {
 
@@ -249,9 +249,7 @@ std::string CCategoryTree::Top100ExportText() const {
 }
 
 net::NetResult CCategoryTree::ExportTop100(const std::filesystem::path& file) {
-  net::NetResult written = net::WriteFileAtomically(file, Top100ExportText());
-  if (written) m_messages.Show(app::UserMessage{app::text::kExported, app::text::kMessageTitle});
-  return written;
+  return app::ExportToFile(file, Top100ExportText(), m_messages);
 }
 
 void CCategoryTree::OnItemClicked(TreeItem item) {

@@ -2,7 +2,7 @@
 // Copyright 2026 The Gavelscope developers
 #include "keywords/KeywordListCtrl.h"
 
-#include "net/TextHelpers.h"
+#include "app/ListCommands.h"
 
 namespace gavelscope::keywords {
 
@@ -66,27 +66,17 @@ void CKeywordListCtrl::SetSelectionMark(int row) {
 }
 
 void CKeywordListCtrl::FindNext(std::string_view word) {
-  bool found = false;
+  int found = app::kNoMatch;
   {
     std::lock_guard lock(m_mutex);
-    std::size_t start = 0;
-    if (m_mark == -1) {
-      if (m_rows.empty()) return;
-    } else {
-      start = static_cast<std::size_t>(m_mark) + 1;
-    }
-    for (std::size_t row = start; row < m_rows.size(); ++row) {
-      if (net::ContainsNoCase(m_rows[row]->GetKeyword(), word)) {
-        m_mark = static_cast<int>(row);
-        found = true;
-        break;
-      }
-    }
+    found = app::SearchRows(m_rows.size(), m_mark, word, [this](std::size_t row) { return m_rows[row]->GetKeyword(); });
+    if (found == app::kNothingToSearch) return;
+    if (found != app::kNoMatch) m_mark = found;
   }
-  if (found) {
-    NotifyChanged();
+  if (found == app::kNoMatch) {
+    app::ReportNotFound(m_messages);
   } else {
-    m_messages.Show(app::UserMessage{app::text::kNotFound, app::text::kMessageTitle});
+    NotifyChanged();
   }
 }
 

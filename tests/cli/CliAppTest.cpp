@@ -111,6 +111,21 @@ TEST_F(CliOnSandbox, KeywordsExportGoesToStdoutOrToAFile) {
   EXPECT_TRUE(exported.out.empty());
 }
 
+TEST_F(CliOnSandbox, AuctionsExportToAFile) {
+  testing::TempFolder folder;
+  std::vector<std::string> args;
+  for (const std::string& mapping : Sandbox().connectTo()) args.insert(args.end(), {"--connect-to", mapping});
+  args.insert(args.end(), {"auctions", "--site", "usa", "--export", (folder / "auctions.txt").string()});
+  const Outcome outcome = RunCommand(args);
+  ASSERT_EQ(outcome.status, kExitOk) << outcome.err;
+  EXPECT_EQ(outcome.err, "List Has Been Successfully Exported.\n");
+  const std::string written = testing::ReadFileBytes(folder / "auctions.txt");
+  EXPECT_TRUE(written.starts_with("\t\t\tTodays Auctions\r\n\r\nPosition\tCount\tAuction\r\n\r\n1\t\t")) << written;
+  // A file that cannot be written is reported, and the command fails.
+  args.back() = (folder / "no-such-folder" / "auctions.txt").string();
+  EXPECT_EQ(RunCommand(args).status, kExitFailure);
+}
+
 TEST_F(CliOnSandbox, KeywordsOfOneItem) {
   std::vector<std::string> args;
   for (const std::string& mapping : Sandbox().connectTo()) args.insert(args.end(), {"--connect-to", mapping});

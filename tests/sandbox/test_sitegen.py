@@ -8,7 +8,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "sandbox"))
 
-from sitegen import NO_KNOWN_KEYWORDS, SiteGenerator  # noqa: E402
+from sitegen import NO_KNOWN_KEYWORDS, SiteGenerator, decode_entities  # noqa: E402
 
 KNOBS = dict(categories=4, subcategories=3, keywords=4, items=6, pages=3)
 
@@ -72,8 +72,8 @@ class SiteGeneratorTest(unittest.TestCase):
             url = found and "http://listings.ebay.co.uk" + found[1].decode()
         self.assertEqual(pages, KNOBS["pages"])
 
-    def test_default_list_files_are_full_size_and_give_the_expected_top100(self):
-        # The export oracle comes from the catalogue, not from the file: the two must agree.
+    def test_default_list_files_and_home_pages_give_the_expected_exports(self):
+        # The export oracles come from the catalogue, not from the files: the two must agree.
         generator = SiteGenerator()
         for site, content in (("usa", generator.usa), ("uk", generator.uk)):
             categories = read_category_list(content.category_list().decode("cp1252"))
@@ -82,6 +82,12 @@ class SiteGeneratorTest(unittest.TestCase):
             expected = "\tTodays Top 100 Keywords\r\n\r\nPosition\t\t\tKeyword\r\n\r\n" + "".join(
                 f"{n}\t\t\t\t{keyword}\r\n" for n, keyword in enumerate(top100(categories), 1))
             self.assertEqual(generator.top100_export(site), expected.encode("cp1252"))
+            # A count left without its ")" reads as empty.
+            shown = re.findall(r'ListingItemList">(.*?)</a> \((?:([^)<]*)\))?',
+                               content.home_page().decode("cp1252"))
+            rows = generator.auctions_export(site).decode("cp1252").split("\r\n")[4:-1]
+            self.assertCountEqual([row.split("\t\t")[1:] for row in rows],
+                                  [[count, decode_entities(name)] for name, count in shown])
 
 
 if __name__ == "__main__":

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#include "auctions/AuctionScan.h"
+
+#include "net/TextHelpers.h"
+
+namespace gavelscope::auctions {
+
+using net::DecodeEntities;
+using net::ExtractBetween;
+using net::Find;
+using net::LastIndexOfCharBefore;
+
+std::vector<AuctionRow> ScanAuctionRows(std::string_view page, const std::vector<std::string>& categoryLinks,
+                                        std::string_view listingHost, std::string_view domainSuffix) {
+  std::vector<AuctionRow> rows;
+  for (const std::string& key : categoryLinks) {
+    const int p = Find(page, key, 0);
+    int pos = Find(page, listingHost, p);
+    while (true) {
+      const int d = Find(page, domainSuffix, pos);
+      // The tag is read as the nine characters of `<a href="`, the address, a quote and ">".
+      const int q = LastIndexOfCharBefore(page, "<", d);
+      const int r = Find(page, ">", q);
+      std::string link = ExtractBetween(page, q + 9, r - 1);
+      if (link.find("ListingItemList") == std::string::npos) break;
+      const int s = Find(page, "</a>", r);
+      AuctionRow row;
+      row.name = ExtractBetween(page, r + 1, s);
+      DecodeEntities(row.name);
+      const int t = Find(page, "> (", s);
+      const int u = Find(page, ")", t);
+      row.count = ExtractBetween(page, t + 3, u);
+      row.link = std::move(link);
+      rows.push_back(std::move(row));
+      // A missing ")" ends the category here. Going on from -1 would only find the page's last
+      // tag again and again, which on a page ending inside such a link would never stop.
+      if (u == -1) break;
+      pos = u;
+    }
+  }
+  return rows;
+}
+
+}  // namespace gavelscope::auctions
