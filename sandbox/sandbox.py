@@ -6,7 +6,8 @@
 Run with Debian's interpreter (it has pyftpdlib):
 
     /usr/bin/python3 sandbox/sandbox.py [--categories N] [--subcategories N] [--keywords N]
-                                        [--items N] [--pages N] [--ftp-root DIR]
+                                        [--items N] [--pages N] [--history N]
+                                        [--ftp-root DIR]
 
 One HTTP server answers for every host by the Host header; one FTP server holds the vendor's
 account. Both listen on 127.0.0.1 at ports chosen at start. Clients keep the real host names and

@@ -2,13 +2,14 @@
 # Copyright 2026 The Gavelscope developers
 """Deterministic stand-in content for the two eBay sites and the vendor's servers.
 
-Everything follows from five size knobs: the same knobs always give the same bytes, and a page costs
+Everything follows from six size knobs: the same knobs always give the same bytes, and a page costs
 nothing until it is asked for (a 10,000-row listing page is built only when fetched). Only the
 catalogue itself (names, counts, keywords) is built up front; it is small even for big sites. The
 home pages and category list files, asked for by every run, are kept once built.
 
 `sitegen.py top100 usa|uk [--categories N ...]` prints what the program's Top 100 export must hold
-for those knobs; `sitegen.py auctions usa|uk [...]` likewise for its auction export.
+for those knobs; `sitegen.py auctions usa|uk [...]` and `sitegen.py history usa|uk [...]` likewise
+for its auction export and its hot item history export.
 
 Pages are Windows-1252 text, encoded here and nowhere else: the pound sign is the byte 0xA3.
 
@@ -25,6 +26,7 @@ import random
 import re
 import sys
 from dataclasses import dataclass
+from typing import NamedTuple
 
 from gifwriter import Frame, gif
 
@@ -841,6 +843,79 @@ class SiteContent:
         return self.search_page(match[1].replace("-", " "), int(match[2]))
 
 
+# --- The shared hot item history ------------------------------------------------------------------
+
+SEPARATOR = "~|~"
+
+
+class HistoryLine(NamedTuple):
+    """One line of the history file as written. A tuple: a big history has 100,000 of them."""
+    link: str
+    date: str            # the date field as written, white space around it included
+    title: str
+    price: str
+    bids: str
+    separators: int = 5  # how many fields, from the first, have their "~|~" after them
+    end: str = "\r\n"
+
+    def text(self) -> str:
+        link, date, title, price, bids, separators, end = self
+        if separators == 5:  # nearly every line; a big history is mostly these
+            return f"{link}~|~{date}~|~{title}~|~{price}~|~{bids}~|~{end}"
+        fields = (link, date, title, price, bids)
+        return "".join(field + SEPARATOR if n < separators else field
+                       for n, field in enumerate(fields)) + end
+
+    def read(self) -> tuple:
+        """(ending, title, price, bids) as a reader takes the line: a field without its own
+        separator reads as empty, and the date loses the white space around it."""
+        fields = (self.link, self.date.strip(), self.title, self.price, self.bids)
+        return tuple(field if n < self.separators else "" for n, field in enumerate(fields))[1:]
+
+
+# The awkward lines, by position within every run of HISTORY_PERIOD lines, so that the default
+# history holds each once and a big one holds each many times. A position not listed gets a plain
+# line of either site, by chance. Positions are 0-based: position 16 is the file's line 17.
+HISTORY_PERIOD = 40
+HISTORY_FIRST_DAY = datetime.date(2005, 3, 7)
+LINES_PER_DAY = 3
+AWKWARD_HISTORY = {
+    0: dict(uk=False),
+    1: dict(uk=True),
+    3: dict(uk=False, bids="-"),
+    6: dict(uk=True, date="  {} "),
+    8: dict(uk=True, com_host=True),     # the UK list turns ".com" into ".co.uk" before opening
+    10: dict(uk=True, bids="-"),
+    12: dict(uk=False, price="$1,200.00"),
+    14: dict(uk=True, bids="0"),         # sorts level with the "-" above, so after it
+    # A reader that splits only at CR LF runs this line into the next and loses a UK row.
+    16: dict(uk=True, end="\n"),
+    17: dict(uk=True),
+    19: dict(uk=True, price="GBP 1,200.00"),
+    21: dict(uk=True, bids="30"),
+    24: dict(uk=True, separators=4),     # its bids are written but read as empty
+    27: dict(uk=True, com_host=True, bids="-"),
+    29: dict(uk=False, bids="-"),
+    31: dict(uk=False, date=" {}  "),
+    33: dict(uk=False, bids="12"),
+    36: dict(uk=False, separators=4),
+    37: dict(uk=False, end="\n"),
+    38: dict(uk=False),
+}
+
+
+def bids_sort_key(bids: str) -> tuple:
+    """A Bids cell's place in an ascending sort of a history list: "-" counts as 0 and an empty
+    text goes before every other."""
+    text = bids.strip().replace("-", "0")
+    if not text:
+        return (0, 0)
+    if not text.isdigit():
+        # Other texts compare by rules that depend on the pair; the history never holds them.
+        raise ValueError(f"unexpected bids text {bids!r}")
+    return (1, int(text))
+
+
 # --- Pictures ------------------------------------------------------------------------------------
 
 def small_gif(colour: int) -> bytes:
@@ -880,20 +955,22 @@ BANNERS = (
 # --- The whole world -----------------------------------------------------------------------------
 
 class SiteGenerator:
-    """Both eBay sites plus the vendor's web and FTP content, from five size knobs."""
+    """Both eBay sites plus the vendor's web and FTP content, from six size knobs."""
 
-    DEFAULTS = {"categories": 34, "subcategories": 10, "keywords": 25, "items": 25, "pages": 3}
-    LIMITS = {"categories": 99, "subcategories": 999, "keywords": 1000, "items": 99999,
-              "pages": 999}
+    DEFAULTS = {"categories": 34, "subcategories": 10, "keywords": 25, "items": 25, "pages": 3,
+                "history": 40}
+    LIMITS = {"categories": (1, 99), "subcategories": (1, 999), "keywords": (1, 1000),
+              "items": (1, 99999), "pages": (1, 999), "history": (0, 1_000_000)}
 
     def __init__(self, categories=DEFAULTS["categories"], subcategories=DEFAULTS["subcategories"],
-                 keywords=DEFAULTS["keywords"], items=DEFAULTS["items"], pages=DEFAULTS["pages"]):
+                 keywords=DEFAULTS["keywords"], items=DEFAULTS["items"], pages=DEFAULTS["pages"],
+                 history=DEFAULTS["history"]):
         self.categories, self.subcategories, self.keywords = categories, subcategories, keywords
-        self.items, self.pages = items, pages
-        for name, limit in self.LIMITS.items():
+        self.items, self.pages, self.history = items, pages, history
+        for name, (lowest, highest) in self.LIMITS.items():
             value = getattr(self, name)
-            if not isinstance(value, int) or not 1 <= value <= limit:
-                raise ValueError(f"{name} must be an integer from 1 to {limit}")
+            if not isinstance(value, int) or not lowest <= value <= highest:
+                raise ValueError(f"{name} must be an integer from {lowest} to {highest}")
         self.usa = SiteContent(USA, self)
         self.uk = SiteContent(UK, self)
         self._routes = {PROBE_HOST: self._probe_get, VENDOR_HOST: self._vendor_get}
@@ -923,17 +1000,45 @@ class SiteGenerator:
 
     def hot_item_list(self) -> bytes:
         """The shared history as copies of the program publish it: well-bid items of both sites."""
-        usa, uk = self.usa.hot_items(8), self.uk.hot_items(8)
-        mixed = [item for pair in zip(usa, uk) for item in pair]
-        mixed += usa[len(uk):] + uk[len(usa):]
-        first_day = datetime.date(2005, 3, 7)
+        return "".join(line.text() for line in self.history_lines).encode(ENCODING)
+
+    @functools.cached_property
+    def history_lines(self) -> list:
+        """The history file's lines, oldest first. Line n is the same whatever the history knob,
+        so a short history is the start of a long one."""
+        # Each line names a real item (its pages are served), drawn from a few well-bid ones per
+        # site: building an item per line would make a big history slow.
+        pools = {}
+        for content in (self.usa, self.uk):
+            items = content.hot_items(64) or [content.item(sub, 1, 0)
+                                              for sub in list(content.subs_by_id.values())[:64]]
+            mark = "GBP " if content.site.is_uk else "$"
+            pools[content.site.is_uk] = [
+                (item.link.replace("&amp;", "&"), decode_entities(item.title),
+                 mark + item.price[1:], item.bid_count, content.site.item_host)
+                for item in items]
+        rng = random.Random("history")
         lines = []
-        for n, item in enumerate(mixed):
-            day = first_day + datetime.timedelta(days=n // 2)
-            price = item.price if not item.sub.site.is_uk else "GBP " + item.price[1:]
-            lines.append(f"{item.link.replace('&amp;', '&')}~|~{day:%d/%m/%Y}~|~"
-                         f"{decode_entities(item.title)}~|~{price}~|~{item.bids}~|~\r\n")
-        return "".join(lines).encode(ENCODING)
+        day = HISTORY_FIRST_DAY - datetime.timedelta(days=1)
+        for n in range(self.history):
+            if n % LINES_PER_DAY == 0:
+                day += datetime.timedelta(days=1)
+                date = f"{day.day:02d}/{day.month:02d}/{day.year:4d}"
+            draw = rng.getrandbits(32)  # one draw a line: a big history must stay quick
+            awkward = AWKWARD_HISTORY.get(n % HISTORY_PERIOD)
+            pool = pools[bool(draw & 1) if awkward is None else awkward["uk"]]
+            link, title, price, bids, host = pool[(draw >> 1) % len(pool)]
+            # Published again later, so with more bids than when first seen.
+            bids = str(max(bids, 31) + (draw >> 20) % 30)
+            if awkward is None:
+                lines.append(HistoryLine(link, date, title, price, bids))
+                continue
+            if awkward.get("com_host"):
+                link = link.replace(host, "cgi.ebay.com", 1)
+            lines.append(HistoryLine(link, awkward.get("date", "{}").format(date), title,
+                                     awkward.get("price", price), awkward.get("bids", bids),
+                                     awkward.get("separators", 5), awkward.get("end", "\r\n")))
+        return lines
 
     def top100_export(self, site: str) -> bytes:
         """What the program's Top 100 export writes for site "usa" or "uk", byte for byte."""
@@ -952,6 +1057,19 @@ class SiteGenerator:
                  for position, (count, name) in enumerate(rows, 1)]
         return ("\t\t\tTodays Auctions\r\n\r\nPosition\tCount\tAuction\r\n\r\n"
                 + "".join(lines)).encode(ENCODING)
+
+    def history_export(self, site: str) -> bytes:
+        """What the program's hot item history export writes for site "usa" or "uk", byte for
+        byte: the site's lines in file order, then sorted by Bids, lowest first."""
+        uk = {"usa": False, "uk": True}[site.lower()]
+        rows = [line.read() for line in self.history_lines]
+        # Stable: rows of equal bids keep their file order.
+        rows = sorted((row for row in rows if ("GBP" in row[2]) == uk),
+                      key=lambda row: bids_sort_key(row[3]))
+        lines = [f"{ending}\t\t\t{bids}\t\t\t{price}\t\t\t{title}\r\n"
+                 for ending, title, price, bids in rows]
+        return ("\tHot Items History List\r\n\r\nDate Ended\t\t\tBids\t\t\tPrice\t\t\t"
+                "Item Title\r\n\r\n" + "".join(lines)).encode(ENCODING)
 
     def banner_list(self) -> bytes:
         return "".join(f"{minutes}|http://{VENDOR_HOST}{page}|{name}|\r\n"
@@ -989,6 +1107,7 @@ KNOB_HELP = {
     "keywords": "most keywords per category or sub-category; the fewest is two fifths of it",
     "items": "items per listing page",
     "pages": "pages per listing",
+    "history": "lines in the FTP server's hot item history",
 }
 
 
@@ -1006,14 +1125,16 @@ def generator_from_arguments(parser: argparse.ArgumentParser, args) -> SiteGener
 
 
 def main(argv=None) -> int:
-    """`sitegen.py top100|auctions usa|uk [knobs]`: the expected export on standard output."""
+    """`sitegen.py top100|auctions|history usa|uk [knobs]`: the expected export on standard
+    output."""
     parser = argparse.ArgumentParser(description="Expected output for the stand-in sites.")
-    parser.add_argument("command", choices=("top100", "auctions"))
+    parser.add_argument("command", choices=("top100", "auctions", "history"))
     parser.add_argument("site", choices=("usa", "uk"))
     add_knob_arguments(parser)
     args = parser.parse_args(argv)
     generator = generator_from_arguments(parser, args)
-    export = generator.top100_export if args.command == "top100" else generator.auctions_export
+    export = {"top100": generator.top100_export, "auctions": generator.auctions_export,
+              "history": generator.history_export}[args.command]
     sys.stdout.buffer.write(export(args.site))
     sys.stdout.buffer.flush()
     return 0

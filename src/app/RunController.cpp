@@ -8,6 +8,7 @@
 
 #include "app/CategoryAnchors.h"
 #include "auctions/AuctionThread.h"
+#include "hotitems/LoadHotItemsThread.h"
 #include "keywords/KeyWordsThread.h"
 
 namespace gavelscope::app {
@@ -40,7 +41,9 @@ CRunController::CRunController(ControllerConfig config, IMainView& view, IUserMe
       m_treeUK(0, m_listKeywordsUK, browser, messages),
       m_treeUSA(1, m_listKeywordsUSA, browser, messages),
       m_listAuctionsUSA(browser, messages),
-      m_listAuctionsUK(browser, messages) {}
+      m_listAuctionsUK(browser, messages),
+      m_listHotItemsUSA(hotitems::ItemListVariant::HistoryUSA, browser, messages, *this, m_config.dateOrder),
+      m_listHotItemsUK(hotitems::ItemListVariant::HistoryUK, browser, messages, *this, m_config.dateOrder) {}
 
 CRunController::~CRunController() {
   Shutdown();
@@ -111,6 +114,9 @@ void CRunController::StartAnalysisThreads() {
       Load::AuctionsUSA, auctions::CAuctionThreadUSA(m_config.profile, m_categoriesUSA, m_listAuctionsUSA, *this));
   m_auctionThreadUK = StartLoad(Load::AuctionsUK,
                                 auctions::CAuctionThreadUK(m_config.profile, m_categoriesUK, m_listAuctionsUK, *this));
+  m_loadHotItemsThread =
+      StartLoad(Load::HotItems, hotitems::CLoadHotItemsThread(m_config.profile, m_config.net, m_config.cacheFolder,
+                                                              {m_listHotItemsUSA, m_listHotItemsUK, *this}));
 }
 
 template <typename Job>
@@ -123,7 +129,7 @@ std::jthread CRunController::StartLoad(Load load, Job job) {
 
 void CRunController::StopAnalysisThreads() {
   const std::initializer_list<std::jthread*> threads{&m_keyWordsThreadUK, &m_keyWordsThreadUSA, &m_auctionThreadUSA,
-                                                     &m_auctionThreadUK};
+                                                     &m_auctionThreadUK, &m_loadHotItemsThread};
   for (std::jthread* thread : threads) thread->request_stop();
   for (std::jthread* thread : threads) {
     if (thread->joinable()) thread->join();
@@ -173,8 +179,9 @@ bool CRunController::RefreshDisplay() {
     m_messages.Show(UserMessage{text::kAlreadyRefreshing, text::kMessageTitle, MessageButtons::Ok, true});
     return false;
   }
-  m_view.SetProgressBarColour(kColourLoading);
+  // The previous run's threads end first: their completions belong to the run they started in.
   StopAnalysisThreads();
+  m_view.SetProgressBarColour(kColourLoading);
   // The keyword and auction views start again empty; the history and query lists stay as they are.
   m_treeUK.FreeCatalogue();
   m_treeUSA.FreeCatalogue();
@@ -225,6 +232,8 @@ void CRunController::Shutdown() {
   if (m_bShutDown.exchange(true)) return;
   StopAnalysisThreads();
   m_threads.StopAndJoinAll();
+  m_listHotItemsUSA.Shutdown();
+  m_listHotItemsUK.Shutdown();
   if (m_config.cacheFolder.empty()) return;
   for (const char* name : kFilesRemovedAtEnd) {
     std::error_code ignored;

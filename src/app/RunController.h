@@ -14,12 +14,14 @@
 
 #include "app/Browser.h"
 #include "app/MainView.h"
+#include "app/PageSource.h"
 #include "app/ReadinessEvent.h"
 #include "app/RunEvents.h"
 #include "app/SiteCategories.h"
 #include "app/ThreadOwner.h"
 #include "app/UserMessages.h"
 #include "auctions/AuctionListCtrl.h"
+#include "hotitems/ItemListCtrl.h"
 #include "keywords/CategoryTree.h"
 #include "keywords/KeywordListCtrl.h"
 #include "net/NetOptions.h"
@@ -29,20 +31,22 @@
 namespace gavelscope::app {
 
 // The analysis loads of a run, in the order they start.
-enum class Load { KeywordsUK, KeywordsUSA, AuctionsUSA, AuctionsUK };
-inline constexpr std::size_t kLoadKinds = 4;
+enum class Load { KeywordsUK, KeywordsUSA, AuctionsUSA, AuctionsUK, HotItems };
+inline constexpr std::size_t kLoadKinds = 5;
 
 struct ControllerConfig {
   net::Profile profile;
   net::NetOptions net;
   // The per-user folder for the files the system downloads and writes.
   std::filesystem::path cacheFolder;
+  // How the user's locale orders day and month, for the date columns.
+  hotitems::DateOrder dateOrder = hotitems::DateOrder::DayFirst;
 };
 
 // The run controller of the main window: starts the start-up workers and the analysis threads,
 // counts their completions, restarts the analysis on refresh, owns the state they share, and at the
 // end stops and joins them all. The window (or the CLI) supplies the view operations.
-class CRunController : public IRunEvents {
+class CRunController : public IRunEvents, public IPageSource {
  public:
   static constexpr int kLoadsPerRun = 7;
   static constexpr int kProgressMax = 60;
@@ -62,7 +66,7 @@ class CRunController : public IRunEvents {
   void Shutdown();
 
   // For the workers and views.
-  std::string GetPageText(std::string_view url, std::stop_token stop = {});
+  std::string GetPageText(std::string_view url, std::stop_token stop) override;
   void OnThreadFinished() override;
   void SetRefreshDone(bool done) override;
   void RedrawWindow() override;
@@ -79,6 +83,9 @@ class CRunController : public IRunEvents {
   }
   auctions::CAuctionListCtrl& AuctionList(net::Site site) {
     return site == net::Site::USA ? m_listAuctionsUSA : m_listAuctionsUK;
+  }
+  hotitems::CItemListCtrl& HotItemList(net::Site site) {
+    return site == net::Site::USA ? m_listHotItemsUSA : m_listHotItemsUK;
   }
   SiteCategories& Categories(net::Site site) { return site == net::Site::USA ? m_categoriesUSA : m_categoriesUK; }
   const ControllerConfig& config() const { return m_config; }
@@ -115,6 +122,8 @@ class CRunController : public IRunEvents {
   keywords::CCategoryTree m_treeUSA;
   auctions::CAuctionListCtrl m_listAuctionsUSA;
   auctions::CAuctionListCtrl m_listAuctionsUK;
+  hotitems::CItemListCtrl m_listHotItemsUSA;
+  hotitems::CItemListCtrl m_listHotItemsUK;
 
   SiteCategories m_categoriesUK;
   SiteCategories m_categoriesUSA;
@@ -136,6 +145,7 @@ class CRunController : public IRunEvents {
   std::jthread m_keyWordsThreadUSA;
   std::jthread m_auctionThreadUSA;
   std::jthread m_auctionThreadUK;
+  std::jthread m_loadHotItemsThread;
   ThreadOwner m_threads;
 };
 

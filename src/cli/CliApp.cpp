@@ -40,6 +40,9 @@ constexpr const char* kUsage =
     "                                    sub-category called NAME: keyword, tab, search link\n"
     "  auctions --site usa|uk [--export FILE]\n"
     "                                    the site's auction counts export, largest first,\n"
+    "                                    to stdout or FILE\n"
+    "  history --site usa|uk [--export FILE]\n"
+    "                                    the site's hot item history export, sorted by bids,\n"
     "                                    to stdout or FILE\n";
 
 constexpr const char* kVersion = "gavelscope-cli 2.0\n";
@@ -140,6 +143,12 @@ int PrintAuctions(app::CRunController& controller, const CliRequest& request, ap
   return WriteExport(controller.AuctionList(request.site).ExportText(), request.exportFile, messages, out, err);
 }
 
+int PrintHistory(app::CRunController& controller, const CliRequest& request, app::IUserMessages& messages,
+                 std::ostream& out, std::ostream& err) {
+  if (!controller.LoadDone(app::Load::HotItems).Wait({})) return kExitFailure;
+  return WriteExport(controller.HotItemList(request.site).ExportText(), request.exportFile, messages, out, err);
+}
+
 int PrintKeywords(app::CRunController& controller, const CliRequest& request, app::IUserMessages& messages,
                   std::ostream& out, std::ostream& err) {
   const app::Load load = request.site == net::Site::USA ? app::Load::KeywordsUSA : app::Load::KeywordsUK;
@@ -165,7 +174,7 @@ int PrintKeywords(app::CRunController& controller, const CliRequest& request, ap
 }  // namespace
 
 std::optional<CliRequest> ParseCommandLine(const std::vector<std::string>& args, std::string& error) {
-  static const std::set<std::string> kCommands{"categories", "keywords", "auctions"};
+  static const std::set<std::string> kCommands{"categories", "keywords", "auctions", "history"};
   CliRequest request;
   bool siteGiven = false;
   for (std::size_t i = 0; i < args.size(); ++i) {
@@ -195,7 +204,7 @@ std::optional<CliRequest> ParseCommandLine(const std::vector<std::string>& args,
       }
       request.site = value == "usa" ? net::Site::USA : net::Site::UK;
       siteGiven = true;
-    } else if ((request.command == "keywords" || request.command == "auctions") && IsOption(arg, "--export")) {
+    } else if (request.command != "categories" && IsOption(arg, "--export")) {
       if (!TakeValue(args, i, "--export", value, error)) return std::nullopt;
       request.exportFile = value;
     } else if (request.command == "keywords" && IsOption(arg, "--item")) {
@@ -261,6 +270,7 @@ int RunCli(const std::vector<std::string>& args, const CliEnvironment& environme
 
   RunFolder folder;
   config.cacheFolder = folder.path();
+  config.dateOrder = hotitems::DateOrderFromLocale();
   app::HeadlessMainView view;
   app::CBrowserLauncher browser(messages);
   app::CRunController controller(config, view, messages, browser);
@@ -270,6 +280,8 @@ int RunCli(const std::vector<std::string>& args, const CliEnvironment& environme
     status = PrintKeywords(controller, *request, messages, out, err);
   } else if (request->command == "auctions") {
     status = PrintAuctions(controller, *request, messages, out, err);
+  } else if (request->command == "history") {
+    status = PrintHistory(controller, *request, messages, out, err);
   } else {
     status = PrintCategories(controller, request->site, out);
   }

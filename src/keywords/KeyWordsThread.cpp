@@ -2,27 +2,12 @@
 // Copyright 2026 The Gavelscope developers
 #include "keywords/KeyWordsThread.h"
 
-#include <condition_variable>
-#include <mutex>
-
+#include "app/Pause.h"
 #include "keywords/CategoryList.h"
 #include "net/Session.h"
 #include "net/TextFeed.h"
 
 namespace gavelscope::keywords {
-
-namespace {
-
-// A pause that a stop request cuts short.
-void Pause(std::chrono::milliseconds pause, std::stop_token stop) {
-  if (pause.count() <= 0) return;
-  std::mutex mutex;
-  std::condition_variable_any never;
-  std::unique_lock lock(mutex);
-  never.wait_for(lock, stop, pause, [] { return false; });
-}
-
-}  // namespace
 
 CKeyWordsThread::CKeyWordsThread(net::Site site, const net::Profile& profile, net::NetOptions options, Targets targets)
     : m_site(site),
@@ -47,7 +32,7 @@ void CKeyWordsThread::Load(std::stop_token stop) {
     for (std::string line; !stop.stop_requested() && opened.feed->ReadLine(line);) {
       const LineEffect effect = ParseCategoryLine(tree, line, state);
       if (effect.category) m_targets.events.StepProgress();
-      if (effect.category || effect.subcategory) Pause(m_linePause, stop);
+      if (effect.category || effect.subcategory) app::PauseUnlessStopped(m_linePause, stop);
     }
   }
   opened.feed.reset();

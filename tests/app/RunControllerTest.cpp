@@ -42,14 +42,15 @@ class RunControllerTest : public SandboxTest {
     controller->Start();
     EXPECT_TRUE(controller->Categories(Site::UK).ready.Wait({}));
     EXPECT_TRUE(controller->Categories(Site::USA).ready.Wait({}));
-    WaitForAuctions(*controller);
+    WaitForSettledLoads(*controller);
     return controller;
   }
 
-  // The auction loads follow the category workers at once; with them the count is settled.
-  static void WaitForAuctions(CRunController& controller) {
+  // The auction and history loads end on their own; with them the count is settled.
+  static void WaitForSettledLoads(CRunController& controller) {
     EXPECT_TRUE(controller.LoadDone(Load::AuctionsUSA).Wait({}));
     EXPECT_TRUE(controller.LoadDone(Load::AuctionsUK).Wait({}));
+    EXPECT_TRUE(controller.LoadDone(Load::HotItems).Wait({}));
   }
 
   testing::SilentServer m_silent;
@@ -70,7 +71,7 @@ TEST_F(RunControllerTest, StartUpDiscoversTheCategoriesOfBothSites) {
   EXPECT_EQ(controller->Categories(Site::UK).arrCategoryNames[0], "Antiques");
   // The home pages link categories by path; the cut drops the closing "/".
   EXPECT_EQ(controller->Categories(Site::UK).arrCategoryLinks[0], "/Antiques_W0QQsacatZ1000/list");
-  EXPECT_EQ(controller->FinishedLoads(), 4);
+  EXPECT_EQ(controller->FinishedLoads(), 5);
   EXPECT_TRUE(controller->IsRefreshing());
 
   const HeadlessMainView::State view = m_view.Snapshot();
@@ -89,7 +90,7 @@ TEST_F(RunControllerTest, EmptyHomePageStillSetsTheEventAndCounts) {
   auto controller = Started(config);
   EXPECT_TRUE(controller->Categories(Site::UK).arrCategoryNames.empty());
   EXPECT_TRUE(controller->Categories(Site::USA).arrCategoryLinks.empty());
-  EXPECT_EQ(controller->FinishedLoads(), 4);
+  EXPECT_EQ(controller->FinishedLoads(), 5);
 }
 
 TEST_F(RunControllerTest, UnreachableHomePageStillSetsTheEventAndCounts) {
@@ -99,13 +100,12 @@ TEST_F(RunControllerTest, UnreachableHomePageStillSetsTheEventAndCounts) {
   auto controller = Started(config);
   EXPECT_TRUE(controller->Categories(Site::USA).arrCategoryNames.empty());
   EXPECT_FALSE(controller->Categories(Site::UK).arrCategoryNames.empty());
-  EXPECT_EQ(controller->FinishedLoads(), 4);
+  EXPECT_EQ(controller->FinishedLoads(), 5);
 }
 
 TEST_F(RunControllerTest, BarTurnsRedAtTheSeventhCompletionOnly) {
   auto controller = Started(Config());
-  ASSERT_EQ(controller->FinishedLoads(), 4);
-  controller->OnThreadFinished();
+  ASSERT_EQ(controller->FinishedLoads(), 5);
   controller->OnThreadFinished();
   EXPECT_EQ(m_view.Snapshot().barColour, kColourLoading);
   EXPECT_EQ(m_view.Snapshot().waitCursor, 1);
@@ -123,14 +123,14 @@ TEST_F(RunControllerTest, RefreshIsRefusedUntilTheRefreshIsDone) {
   ASSERT_EQ(m_messages.Messages().size(), 1U);
   EXPECT_EQ(m_messages.Messages()[0].text, "System Is Already Refreshing Display");
   EXPECT_EQ(m_messages.Messages()[0].title, "Gavelscope");
-  EXPECT_EQ(controller->FinishedLoads(), 4);
+  EXPECT_EQ(controller->FinishedLoads(), 5);
 
   controller->SetRefreshDone(true);
   EXPECT_TRUE(controller->RefreshDisplay());
-  WaitForAuctions(*controller);
+  WaitForSettledLoads(*controller);
   EXPECT_EQ(m_messages.Messages().size(), 1U);
   // The refresh counts the two start-up loads itself, the auction loads follow, and the bar is green again.
-  EXPECT_EQ(controller->FinishedLoads(), 4);
+  EXPECT_EQ(controller->FinishedLoads(), 5);
   EXPECT_EQ(m_view.Snapshot().barColour, kColourLoading);
   EXPECT_FALSE(controller->RefreshDisplay());
   EXPECT_EQ(m_messages.Messages().size(), 2U);
@@ -145,7 +145,7 @@ TEST_F(RunControllerTest, RefreshLoadsBothCataloguesAgainWithoutDoubling) {
   const std::size_t auctionRows = controller->AuctionList(Site::UK).RowCount();
   ASSERT_GT(ukItems, 1U);
   ASSERT_GT(auctionRows, 100U);
-  EXPECT_EQ(controller->FinishedLoads(), 6);
+  EXPECT_EQ(controller->FinishedLoads(), 7);
   EXPECT_FALSE(controller->IsRefreshing());
 
   ASSERT_TRUE(controller->RefreshDisplay());
@@ -154,9 +154,9 @@ TEST_F(RunControllerTest, RefreshLoadsBothCataloguesAgainWithoutDoubling) {
   EXPECT_EQ(controller->Tree(Site::UK).ItemCount(), ukItems);
   EXPECT_EQ(controller->KeywordList(Site::USA).RowCount(), usaRows);
   // The auction threads of a refresh read the start-up's page at once: nothing is fetched again.
-  WaitForAuctions(*controller);
+  WaitForSettledLoads(*controller);
   EXPECT_EQ(controller->AuctionList(Site::UK).RowCount(), auctionRows);
-  EXPECT_EQ(controller->FinishedLoads(), 6);
+  EXPECT_EQ(controller->FinishedLoads(), 7);
 }
 
 TEST_F(RunControllerTest, ShutdownReturnsQuicklyWhileWorkersWaitOnASilentServer) {

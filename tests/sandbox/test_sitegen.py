@@ -89,6 +89,18 @@ class SiteGeneratorTest(unittest.TestCase):
             self.assertCountEqual([row.split("\t\t")[1:] for row in rows],
                                   [[count, decode_entities(name)] for name, count in shown])
 
+    def test_history_file_reads_back_as_its_exports(self):
+        generator = SiteGenerator()
+        lines = generator.hot_item_list().decode("cp1252").split("\n")[:-1]
+        fields = [(line.removesuffix("\r").split("~|~")[:-1] + [""] * 5)[:5] for line in lines]
+        rows = [(date.strip(), title, price, bids) for _link, date, title, price, bids in fields]
+        for site in ("usa", "uk"):
+            mine = sorted((row for row in rows if ("GBP" in row[2]) == (site == "uk")), key=lambda
+                          row: (row[3] != "", int(row[3].replace("-", "0") or 0)))
+            body = "".join(f"{e}\t\t\t{b}\t\t\t{p}\t\t\t{t}\r\n" for e, t, p, b in mine)
+            self.assertEqual(generator.history_export(site).decode("cp1252").split("\r\n\r\n")[2],
+                             body)
+
 
 if __name__ == "__main__":
     unittest.main()
