@@ -2,6 +2,8 @@
 // Copyright 2026 The Gavelscope developers
 #pragma once
 
+#include <chrono>
+#include <condition_variable>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -14,8 +16,16 @@ namespace gavelscope::testing {
 class RecordingBrowser : public app::IBrowser {
  public:
   void OpenUrlInBrowser(std::string_view url) override {
-    std::lock_guard lock(m_mutex);
-    m_opened.emplace_back(url);
+    {
+      std::lock_guard lock(m_mutex);
+      m_opened.emplace_back(url);
+    }
+    m_arrived.notify_all();
+  }
+  // Waits until `count` pages were opened (from any thread); false after a generous limit.
+  bool WaitForCount(std::size_t count) const {
+    std::unique_lock lock(m_mutex);
+    return m_arrived.wait_for(lock, std::chrono::seconds(30), [&] { return m_opened.size() >= count; });
   }
   std::vector<std::string> Opened() const {
     std::lock_guard lock(m_mutex);
@@ -24,6 +34,7 @@ class RecordingBrowser : public app::IBrowser {
 
  private:
   mutable std::mutex m_mutex;
+  mutable std::condition_variable m_arrived;
   std::vector<std::string> m_opened;
 };
 
