@@ -9,7 +9,9 @@ home pages and category list files, asked for by every run, are kept once built.
 
 `sitegen.py top100 usa|uk [--categories N ...]` prints what the program's Top 100 export must hold
 for those knobs; `sitegen.py auctions usa|uk [...]` and `sitegen.py history usa|uk [...]` likewise
-for its auction export and its hot item history export.
+for its auction export and its hot item history export; `sitegen.py query-rows --site usa|uk
+--category NAME --page-depth N [--keywords TEXT] [filters] [...]` the rows a hot item query
+finds (there the keyword knob is spelt --keyword-count).
 
 Pages are Windows-1252 text, encoded here and nowhere else: the pound sign is the byte 0xA3.
 
@@ -190,6 +192,31 @@ FOREIGN_PRICES = ("GBP ", "AU $", "C $", "EUR ")
 
 NO_PICTURE, CAMERA_ICON, GALLERY_PICTURE = range(3)
 
+GREEN_FONT = '<font color="#009900">'
+BIN_ICON = '<img src="/pics/bin.gif" width="46" height="13" alt="Buy It Now" border="0">'
+# Endings of titles that hold every entity and tag the scanner decodes.
+ENTITY_TAILS = ("Collector&#39;s Piece", "12&quot; Display", "&#34;Mint&#34;", "Tom &#38; Jerry",
+                "Extra<wbr>Large</wbr>")
+
+# Rows that a listing scan has to get through, by row number on every listing page, so that a page
+# of six rows holds each of them. Row 0 keeps what chance gave it: the first row of a listing stays
+# put whatever is added here.
+AWKWARD_ROWS = {
+    # No bids and no whole day left: on the wrong side of "more than 0" and the right side of
+    # "less than 1", for bids and days alike.
+    1: dict(bids="-", time_left="23h 59m"),
+    # Thousands separators and a price cell with no tags around the price.
+    2: dict(bids="0", cents=123_456, markup="{}"),
+    # Site USA: a price in another currency, which the price rule rejects. Site UK: a one-character
+    # cell between the bids and the time left, which the scanner steps over.
+    3: dict(foreign=True, before_time=" "),
+    # An empty time-left cell drops the item; on Site UK the cell before it is there, or the
+    # scanner would read the cell after it instead.
+    4: dict(time_left=""),
+    # Site UK: the time left straight after the bids, with no icon cell between.
+    5: dict(entities=True, before_time=None),
+}
+
 
 def decode_entities(html: str) -> str:
     """The name or title as the programs show it after cutting it out of a page."""
@@ -203,6 +230,58 @@ def c_atoi(text: str) -> int:
     """A count text's sort value as the program reads it: "25,487" is 25, an empty text 0."""
     match = re.match(r"[ \t\n\v\f\r]*([+-]?[0-9]+)", text)
     return int(match[1]) if match else 0
+
+
+def upper(text: str) -> str:
+    """Upper case as the program's single-byte strings have it: ASCII letters only."""
+    return text.encode(ENCODING).upper().decode(ENCODING)
+
+
+def trim(text: str) -> str:
+    return text.strip(" \t\n\v\f\r")
+
+
+def matches_keywords(title: str, keywords: str) -> bool:
+    """The query's keyword test: any comma-separated field, trimmed, inside the title, case
+    ignored. An empty field (and so an empty list) matches every title."""
+    title = upper(title)
+    return any(trim(field) in title for field in upper(trim(keywords)).split(","))
+
+
+def parse_price(text: str) -> int:
+    """A price text's whole currency units as a query reads them; -1 rejects the item."""
+    for mark in ("GBP", "EUR", "AU", "$", "\u00a3", ","):
+        text = text.replace(mark, "")
+    if " " in text:
+        return -1
+    match = re.match(r"[0-9]+", text)
+    return int(match[0]) if match else 0
+
+
+def parse_days_left(text: str) -> int:
+    """Whole days in a time-left text: the digits before the first "d", 0 without one."""
+    end = text.find("d")
+    if end < 0:
+        return 0
+    match = re.match(r"[0-9]+", text[:end])
+    return int(match[0]) if match else 0
+
+
+def passes(test, value: int) -> bool:
+    """One filter group: None (any), ("gt", n), ("lt", n) or ("range", a, b). A bound of -1
+    stands for no bound, as the query settings write an empty one."""
+    if test is None:
+        return True
+    kind, *bounds = test
+    if all(bound == -1 for bound in bounds):
+        return True
+    if kind == "gt":
+        return value > bounds[0]
+    if kind == "lt":
+        return value < bounds[0]
+    if kind == "range":
+        return bounds[0] <= value <= bounds[1]
+    raise ValueError(f"unknown filter {test!r}")
 
 
 def slug(text: str) -> str:
@@ -376,9 +455,11 @@ class Item:
     price: str           # as shown, currency mark included
     green_price: bool    # a Buy It Now price, shown in a font tag on Site USA
     bids: str            # "-" when nobody has bid
-    time_left: str
+    time_left: str       # empty in a few rows: the scanner drops those
     picture: int
     seller: str
+    price_markup: str    # the price cell's content around "{}", which stands for the price
+    before_time: str | None  # Site UK: the cell between bids and time left, None for no cell
 
     @property
     def link(self) -> str:
@@ -502,8 +583,32 @@ class SiteContent:
         time_left = random_time_left(rng)
         picture = rng.choices((NO_PICTURE, CAMERA_ICON, GALLERY_PICTURE), (4, 3, 3))[0]
         seller = f"{rng.choice(SELLERS)}{rng.randint(1, 99)}"
+        # Drawn last, so that the draws above, and so the rows they make, stay as they were.
+        draw = rng.random()
+        markup = "{}" if draw < 0.15 else "<b>{}</b>"
+        if green and not self.site.is_uk:
+            markup = (f"{GREEN_FONT}{markup}</font>" if draw < 0.6 else
+                      f"<b>{GREEN_FONT}{{}}</font></b>")
+        before_time = BIN_ICON if green else ""
+        awkward = AWKWARD_ROWS.get(row, {})
+        if row == 0 and page > 1:
+            # Site USA reads a picture link only in a page's first row: later rows are looked for
+            # from their title cell on.
+            picture = CAMERA_ICON if page % 2 == 0 else GALLERY_PICTURE
+        if "cents" in awkward:
+            price = self.site.currency_mark + money(awkward["cents"])
+        if awkward.get("foreign") and not self.site.is_uk:
+            foreign = FOREIGN_PRICES[(page + sub.index + sub.cat_index) % len(FOREIGN_PRICES)]
+            price = foreign + money(cents)
+        if awkward.get("entities"):
+            title += " " + ENTITY_TAILS[(page + sub.index + sub.cat_index) % len(ENTITY_TAILS)]
+        bids = awkward.get("bids", bids)
+        time_left = awkward.get("time_left", time_left)
+        markup = awkward.get("markup", markup)
+        before_time = awkward.get("before_time", before_time)
         number = int(f"{sub.ident}{page:03d}{row + 1:05d}")
-        return Item(number, sub, page, row, title, price, green, bids, time_left, picture, seller)
+        return Item(number, sub, page, row, title, price, green, bids, time_left, picture, seller,
+                    markup, before_time)
 
     def item_by_number(self, number: str) -> Item | None:
         if not number.isdigit() or len(number) < 12:
@@ -590,37 +695,40 @@ class SiteContent:
         if item.picture == GALLERY_PICTURE:
             # The scanner cuts the title out of this image's title attribute, up to the quote
             # two characters before "alt=".
-            plain = item.title.replace("<b>", "").replace("</b>", "")
+            plain = re.sub(r"</?(?:b|wbr)>", "", item.title)
             return (f'<a href="{item.link}"><img src="/pics/thumbs/{item.number}.gif" '
                     f'title="{plain}" alt="{plain}" width="64" height="48" border="0"></a>')
         return "&nbsp;"
 
     def _usa_row(self, item: Item) -> str:
         # One table per item. The next row is looked for from the second cell of the next table,
-        # which skips its picture link and lands on its title link.
-        price = f"<b>{item.price}</b>"
-        if item.green_price:
-            price = f'<font color="#009900">{price}</font>'
+        # which skips its picture link and lands on its title link. The scanner cuts the price
+        # from the ">" before its currency mark to the end of the span and then drops only the
+        # closing font and bold tags: nothing else may stand between the mark and "</span>".
         return (
             '<table width="100%" border="0" cellpadding="3" cellspacing="0"><tr>\n'
             f'<td width="70">{self._picture_cell(item)}</td>\n'
             f'<td><a href="{item.link}">{item.title}</a></td>\n'
-            f'<td align="right" width="110"><span class="price">{price}</span></td>\n'
+            f'<td align="right" width="110"><span class="price">'
+            f"{item.price_markup.format(item.price)}</span></td>\n"
             f'<td align="center" width="50">{item.bids}</td>\n'
             f'<td align="right" width="100">{item.time_left}</td>\n'
             "</tr></table>\n")
 
     def _uk_row(self, item: Item) -> str:
-        # The cell after the bids holds at most an icon; the time left is the cell after it.
-        icon = ('<img src="/pics/bin.gif" width="46" height="13" alt="Buy It Now" border="0">'
-                if item.green_price else "")
+        # The cell after the bids, when there is one, holds at most an icon or one character: the
+        # scanner then reads the time left from the cell after it. A longer text there (even
+        # "&nbsp;") would be taken for the time left. So would the next row's first cell, or the
+        # pager's, after an empty time left with no such cell before it.
+        before = ("" if item.before_time is None else
+                  f'<td align="center" width="30">{item.before_time}</td>\n')
         return (
             "<tr>\n"
             f'<td width="70">{self._picture_cell(item)}</td>\n'
             f'<td><a href="{item.link}">{item.title}</a></td>\n'
-            f'<td align="right" width="90"><b>{item.price}</b></td>\n'
+            f'<td align="right" width="90">{item.price_markup.format(item.price)}</td>\n'
             f'<td align="center" width="50">{item.bids}</td>\n'
-            f'<td align="center" width="30">{icon}</td>\n'
+            f"{before}"
             f'<td align="right" width="100">{item.time_left}</td>\n'
             "</tr>\n")
 
@@ -780,6 +888,45 @@ class SiteContent:
                 if sub.listed and sub.listed[0] != NO_KNOWN_KEYWORDS:
                     taken.setdefault(sub.listed[0])
         return list(taken)
+
+    def scanned_row(self, item: Item) -> tuple:
+        """(link, time left, title, price, bids) as a query's listing scan cuts them out of the
+        item's row, before any test."""
+        # The price cut runs from the currency mark to the end of the price span; the markup
+        # around the price is only closing font and bold tags, which the cut drops.
+        price = item.price if self.site.is_uk else upper(item.price)
+        return (item.link.replace("&amp;", "&"), item.time_left, decode_entities(item.title),
+                price, item.bids)
+
+    def query_rows(self, category_names, page_depth: int, keywords: str = "", bids=None,
+                   price=None, days=None) -> list:
+        """The rows a query of these categories adds, as (ending, bids, price, title)."""
+        # The query finds a category by its name as the home page shows it (the first category
+        # of that name), then reads the sub-category listings that follow its link there.
+        by_name = {}
+        for cat in self.categories:
+            by_name.setdefault(cat.name, cat)
+        rows = []
+        for name in category_names:
+            cat = by_name.get(name)
+            if cat is None:
+                raise ValueError(f"no category named {name!r} on site {self.site.name}")
+            for sub in cat.subs:
+                for page in range(1, min(page_depth, self.knobs.pages) + 1):
+                    for row in range(self.knobs.items):
+                        link, time_left, title, shown, bid_text = \
+                            self.scanned_row(self.item(sub, page, row))
+                        if not matches_keywords(title, keywords):
+                            continue
+                        if not (link and time_left and title and shown):
+                            continue
+                        amount = parse_price(shown)
+                        if amount == -1:
+                            continue
+                        if (passes(bids, c_atoi(bid_text)) and passes(price, amount)
+                                and passes(days, parse_days_left(time_left))):
+                            rows.append((trim(time_left), bid_text, shown, title))
+        return rows
 
     def auction_rows(self) -> list:
         """(count text, name) of every sub-category, in home page order, as the counts reader
@@ -1071,6 +1218,21 @@ class SiteGenerator:
         return ("\tHot Items History List\r\n\r\nDate Ended\t\t\tBids\t\t\tPrice\t\t\t"
                 "Item Title\r\n\r\n" + "".join(lines)).encode(ENCODING)
 
+    def query_rows(self, site: str, category_names, page_depth: int, keywords: str = "",
+                   bids=None, price=None, days=None) -> list:
+        """The rows a hot item query on site "usa" or "uk" finds, as (ending, bids, price, title)
+        in the order the scan meets them. Each filter is None (any), ("gt", n), ("lt", n) or
+        ("range", a, b)."""
+        content = {"usa": self.usa, "uk": self.uk}[site.lower()]
+        return content.query_rows(category_names, page_depth, keywords, bids, price, days)
+
+    def query_export(self, site: str, category_names, page_depth: int, keywords: str = "",
+                     bids=None, price=None, days=None) -> bytes:
+        """The query's rows in the program's export row format, in scan order."""
+        rows = self.query_rows(site, category_names, page_depth, keywords, bids, price, days)
+        return "".join(f"{ending}\t\t\t{bids}\t\t\t{price}\t\t\t{title}\r\n"
+                       for ending, bids, price, title in rows).encode(ENCODING)
+
     def banner_list(self) -> bytes:
         return "".join(f"{minutes}|http://{VENDOR_HOST}{page}|{name}|\r\n"
                        for minutes, page, name, _look in BANNERS).encode(ENCODING)
@@ -1111,9 +1273,13 @@ KNOB_HELP = {
 }
 
 
-def add_knob_arguments(parser: argparse.ArgumentParser):
+def add_knob_arguments(parser: argparse.ArgumentParser, spelling=None):
+    """The size knobs as options; `spelling` renames some (knob -> option) where a command's own
+    option has the knob's name."""
     for knob, default in SiteGenerator.DEFAULTS.items():
-        parser.add_argument(f"--{knob}", type=int, default=default,
+        option = (spelling or {}).get(knob, knob)
+        parser.add_argument(f"--{option}", dest=knob, type=int, default=default,
+                            metavar=option.upper().replace("-", "_"),
                             help=f"{KNOB_HELP[knob]} (default {default})")
 
 
@@ -1124,18 +1290,56 @@ def generator_from_arguments(parser: argparse.ArgumentParser, args) -> SiteGener
         parser.error(str(error))
 
 
+def add_filter_arguments(parser: argparse.ArgumentParser, group: str):
+    choice = parser.add_mutually_exclusive_group()
+    choice.add_argument(f"--{group}-greater", type=int, metavar="N", help=f"{group} above N")
+    choice.add_argument(f"--{group}-less", type=int, metavar="N", help=f"{group} below N")
+    choice.add_argument(f"--{group}-range", type=int, nargs=2, metavar=("A", "B"),
+                        help=f"{group} from A to B, both included")
+
+
+def filter_from_arguments(args, group: str):
+    for kind, tag in (("greater", "gt"), ("less", "lt"), ("range", "range")):
+        value = getattr(args, f"{group}_{kind}")
+        if value is not None:
+            return (tag, *value) if kind == "range" else (tag, value)
+    return None
+
+
 def main(argv=None) -> int:
     """`sitegen.py top100|auctions|history usa|uk [knobs]`: the expected export on standard
-    output."""
+    output. `sitegen.py query-rows --site usa|uk --category NAME... --page-depth N [filters]
+    [knobs, the keyword knob spelt --keyword-count]`: the rows a hot item query finds, one export
+    row each, in scan order."""
     parser = argparse.ArgumentParser(description="Expected output for the stand-in sites.")
-    parser.add_argument("command", choices=("top100", "auctions", "history"))
-    parser.add_argument("site", choices=("usa", "uk"))
-    add_knob_arguments(parser)
+    commands = parser.add_subparsers(dest="command", required=True)
+    for name in ("top100", "auctions", "history"):
+        export = commands.add_parser(name)
+        export.add_argument("site", choices=("usa", "uk"))
+        add_knob_arguments(export)
+    query = commands.add_parser("query-rows")
+    query.add_argument("--site", choices=("usa", "uk"), required=True)
+    query.add_argument("--category", action="append", required=True, metavar="NAME",
+                       help="a category name as the listing home page shows it; repeatable")
+    query.add_argument("--page-depth", type=int, required=True, metavar="N")
+    query.add_argument("--keywords", dest="query_keywords", default="", metavar="TEXT",
+                       help="the query's comma-separated keyword list")
+    for group in ("bids", "price", "days"):
+        add_filter_arguments(query, group)
+    add_knob_arguments(query, {"keywords": "keyword-count"})
     args = parser.parse_args(argv)
     generator = generator_from_arguments(parser, args)
-    export = {"top100": generator.top100_export, "auctions": generator.auctions_export,
-              "history": generator.history_export}[args.command]
-    sys.stdout.buffer.write(export(args.site))
+    if args.command == "query-rows":
+        try:
+            output = generator.query_export(
+                args.site, args.category, args.page_depth, args.query_keywords,
+                *(filter_from_arguments(args, group) for group in ("bids", "price", "days")))
+        except ValueError as error:
+            query.error(str(error))
+    else:
+        output = {"top100": generator.top100_export, "auctions": generator.auctions_export,
+                  "history": generator.history_export}[args.command](args.site)
+    sys.stdout.buffer.write(output)
     sys.stdout.buffer.flush()
     return 0
 

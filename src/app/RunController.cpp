@@ -43,7 +43,8 @@ CRunController::CRunController(ControllerConfig config, IMainView& view, IUserMe
       m_listAuctionsUSA(browser, messages),
       m_listAuctionsUK(browser, messages),
       m_listHotItemsUSA(hotitems::ItemListVariant::HistoryUSA, browser, messages, *this, m_config.dateOrder),
-      m_listHotItemsUK(hotitems::ItemListVariant::HistoryUK, browser, messages, *this, m_config.dateOrder) {}
+      m_listHotItemsUK(hotitems::ItemListVariant::HistoryUK, browser, messages, *this, m_config.dateOrder),
+      m_listQueryResults(hotitems::ItemListVariant::QueryResults, browser, messages, *this, m_config.dateOrder) {}
 
 CRunController::~CRunController() {
   Shutdown();
@@ -208,6 +209,28 @@ void CRunController::SetQueryRunning(bool running) {
   m_view.SetStopButtonBitmap(running ? kBitmapQueryRunning : kBitmapQueryIdle);
 }
 
+std::unique_ptr<query::CInitialiseHotItemQueryThread> CRunController::NewQueryRun() {
+  auto run = std::make_unique<query::CInitialiseHotItemQueryThread>(*this, m_config.profile, m_config.net);
+  run->SetPollInterval(m_config.queryPollInterval);
+  run->SetHistoryFile(m_config.cacheFolder / m_config.profile.vendor.historyFileName);
+  return run;
+}
+
+void CRunController::StartQuery(std::unique_ptr<query::CInitialiseHotItemQueryThread> run) {
+  if (m_bShutDown) return;
+  // A run still alive was stopped by the user; it ends at once on its stop request.
+  m_queryThread = {};
+  m_listQueryResults.ClearRecords();
+  m_queryEnded.Reset();
+  m_queryAlive = true;
+  SetQueryRunning(true);
+  m_queryThread = std::jthread([this, run = std::move(run)](std::stop_token stop) {
+    run->RunQuery(stop);
+    m_queryAlive = false;
+    m_queryEnded.Set();
+  });
+}
+
 void CRunController::IncrementPagesSearched() {
   std::lock_guard lock(m_pagesMutex);
   m_strPagesSearched = std::to_string(static_cast<long long>(LeadingInteger(m_strPagesSearched)) + 1);
@@ -231,9 +254,11 @@ void CRunController::RedrawWindow() {
 void CRunController::Shutdown() {
   if (m_bShutDown.exchange(true)) return;
   StopAnalysisThreads();
+  m_queryThread = {};
   m_threads.StopAndJoinAll();
   m_listHotItemsUSA.Shutdown();
   m_listHotItemsUK.Shutdown();
+  m_listQueryResults.Shutdown();
   if (m_config.cacheFolder.empty()) return;
   for (const char* name : kFilesRemovedAtEnd) {
     std::error_code ignored;

@@ -4,7 +4,9 @@
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <filesystem>
+#include <memory>
 #include <mutex>
 #include <stop_token>
 #include <string>
@@ -27,6 +29,8 @@
 #include "net/NetOptions.h"
 #include "net/PageFetcher.h"
 #include "net/SiteProfile.h"
+#include "query/QueryHost.h"
+#include "query/QueryRun.h"
 
 namespace gavelscope::app {
 
@@ -41,12 +45,14 @@ struct ControllerConfig {
   std::filesystem::path cacheFolder;
   // How the user's locale orders day and month, for the date columns.
   hotitems::DateOrder dateOrder = hotitems::DateOrder::DayFirst;
+  // How often a query run looks whether its scan jobs have all finished.
+  std::chrono::milliseconds queryPollInterval{15000};
 };
 
 // The run controller of the main window: starts the start-up workers and the analysis threads,
 // counts their completions, restarts the analysis on refresh, owns the state they share, and at the
 // end stops and joins them all. The window (or the CLI) supplies the view operations.
-class CRunController : public IRunEvents, public IPageSource {
+class CRunController : public IRunEvents, public IPageSource, public query::IQueryHost {
  public:
   static constexpr int kLoadsPerRun = 7;
   static constexpr int kProgressMax = 60;
@@ -70,9 +76,23 @@ class CRunController : public IRunEvents, public IPageSource {
   void OnThreadFinished() override;
   void SetRefreshDone(bool done) override;
   void RedrawWindow() override;
-  void SetQueryRunning(bool running);
-  bool IsQueryRunning() const { return m_bQueryRunning.load(); }
-  void IncrementPagesSearched();
+  void SetQueryRunning(bool running) override;
+  bool IsQueryRunning() const override { return m_bQueryRunning.load(); }
+  void IncrementPagesSearched() override;
+  const SiteCategories& SiteData(net::Site site) override { return Categories(site); }
+  hotitems::CItemListCtrl& QueryResults() override { return m_listQueryResults; }
+  std::mutex& ResultListBusy() override { return m_bResultListBusy; }
+  IUserMessages& Messages() override { return m_messages; }
+
+  // A query run configured for this window, to be handed to StartQuery.
+  std::unique_ptr<query::CInitialiseHotItemQueryThread> NewQueryRun();
+  // Empties the result list, marks the query running and starts the run (a run still alive is
+  // stopped and joined first).
+  void StartQuery(std::unique_ptr<query::CInitialiseHotItemQueryThread> run);
+  // True while a query run is alive, stopped or not.
+  bool IsQueryAlive() const { return m_queryAlive.load(); }
+  // Set when the last started query run has ended.
+  ReadinessEvent& QueryEnded() { return m_queryEnded; }
   void SetPagesSearchedText(const std::string& text);
   bool IsSiteUSA() const { return m_bSiteUSA.load(); }
   void StepProgress() override;
@@ -124,6 +144,10 @@ class CRunController : public IRunEvents, public IPageSource {
   auctions::CAuctionListCtrl m_listAuctionsUK;
   hotitems::CItemListCtrl m_listHotItemsUSA;
   hotitems::CItemListCtrl m_listHotItemsUK;
+  hotitems::CItemListCtrl m_listQueryResults;
+  std::mutex m_bResultListBusy;
+  std::atomic<bool> m_queryAlive{false};
+  ReadinessEvent m_queryEnded;
 
   SiteCategories m_categoriesUK;
   SiteCategories m_categoriesUSA;
@@ -146,6 +170,7 @@ class CRunController : public IRunEvents, public IPageSource {
   std::jthread m_auctionThreadUSA;
   std::jthread m_auctionThreadUK;
   std::jthread m_loadHotItemsThread;
+  std::jthread m_queryThread;
   ThreadOwner m_threads;
 };
 

@@ -15,6 +15,8 @@
 #include "app/Startup.h"
 #include "app/UserFolders.h"
 #include "app/UserMessages.h"
+#include "query/QueryFile.h"
+#include "query/RunSetup.h"
 
 namespace gavelscope::cli {
 
@@ -43,7 +45,13 @@ constexpr const char* kUsage =
     "                                    to stdout or FILE\n"
     "  history --site usa|uk [--export FILE]\n"
     "                                    the site's hot item history export, sorted by bids,\n"
-    "                                    to stdout or FILE\n";
+    "                                    to stdout or FILE\n"
+    "  query FILE.sbqry [--export FILE]  runs a saved query and prints or writes its results\n"
+    "  query-new [--site usa|uk] [--keywords TEXT] [--page-depth N] [--category NAME]...\n"
+    "            [--bids-greater N | --bids-less N | --bids-range A B] (also --price-*, --days-*)\n"
+    "            [--sort date|title|price|bids] [--descending] --output FILE.sbqry\n"
+    "                                    saves a query as the query dialog would\n"
+    "  query-show FILE.sbqry             prints a saved query, one field per line\n";
 
 constexpr const char* kVersion = "gavelscope-cli 2.0\n";
 
@@ -149,6 +157,18 @@ int PrintHistory(app::CRunController& controller, const CliRequest& request, app
   return WriteExport(controller.HotItemList(request.site).ExportText(), request.exportFile, messages, out, err);
 }
 
+int RunQuery(app::CRunController& controller, const query::CMySettings& settings, const CliRequest& request,
+             app::IUserMessages& messages, std::ostream& out, std::ostream& err) {
+  const net::Site site = settings.m_bInternational ? net::Site::USA : net::Site::UK;
+  // The names become links once the site's categories are known, as when the dialog starts a query.
+  if (!controller.Categories(site).ready.Wait({})) return kExitFailure;
+  auto run = controller.NewQueryRun();
+  query::ConfigureRun(settings, controller.Categories(site), *run);
+  controller.StartQuery(std::move(run));
+  if (!controller.QueryEnded().Wait({})) return kExitFailure;
+  return WriteExport(controller.QueryResults().ExportText(), request.exportFile, messages, out, err);
+}
+
 int PrintKeywords(app::CRunController& controller, const CliRequest& request, app::IUserMessages& messages,
                   std::ostream& out, std::ostream& err) {
   const app::Load load = request.site == net::Site::USA ? app::Load::KeywordsUSA : app::Load::KeywordsUK;
@@ -174,7 +194,8 @@ int PrintKeywords(app::CRunController& controller, const CliRequest& request, ap
 }  // namespace
 
 std::optional<CliRequest> ParseCommandLine(const std::vector<std::string>& args, std::string& error) {
-  static const std::set<std::string> kCommands{"categories", "keywords", "auctions", "history"};
+  static const std::set<std::string> kCommands{"categories", "keywords",  "auctions",  "history",
+                                               "query",      "query-new", "query-show"};
   CliRequest request;
   bool siteGiven = false;
   for (std::size_t i = 0; i < args.size(); ++i) {
@@ -196,6 +217,11 @@ std::optional<CliRequest> ParseCommandLine(const std::vector<std::string>& args,
       request.connectTo.push_back(value);
     } else if (global && kCommands.contains(arg)) {
       request.command = arg;
+    } else if (request.command == "query-new") {
+      if (!ParseQueryOption(args, i, request.choices, error)) return std::nullopt;
+    } else if ((request.command == "query" || request.command == "query-show") && !request.queryFile &&
+               !arg.starts_with("-")) {
+      request.queryFile = arg;
     } else if (!global && IsOption(arg, "--site")) {
       if (!TakeValue(args, i, "--site", value, error)) return std::nullopt;
       if (value != "usa" && value != "uk") {
@@ -204,7 +230,7 @@ std::optional<CliRequest> ParseCommandLine(const std::vector<std::string>& args,
       }
       request.site = value == "usa" ? net::Site::USA : net::Site::UK;
       siteGiven = true;
-    } else if (request.command != "categories" && IsOption(arg, "--export")) {
+    } else if (request.command != "categories" && request.command != "query-show" && IsOption(arg, "--export")) {
       if (!TakeValue(args, i, "--export", value, error)) return std::nullopt;
       request.exportFile = value;
     } else if (request.command == "keywords" && IsOption(arg, "--item")) {
@@ -220,8 +246,17 @@ std::optional<CliRequest> ParseCommandLine(const std::vector<std::string>& args,
     error = "no command given";
     return std::nullopt;
   }
-  if (!siteGiven) {
+  const bool queryCommand = request.command.starts_with("query");
+  if (!queryCommand && !siteGiven) {
     error = request.command + " needs --site usa|uk";
+    return std::nullopt;
+  }
+  if ((request.command == "query" || request.command == "query-show") && !request.queryFile) {
+    error = request.command + " needs a query file";
+    return std::nullopt;
+  }
+  if (request.command == "query-new" && request.choices.output.empty()) {
+    error = "query-new needs --output FILE.sbqry";
     return std::nullopt;
   }
   if (request.exportFile && request.item) {
@@ -246,6 +281,25 @@ int RunCli(const std::vector<std::string>& args, const CliEnvironment& environme
   if (request->version) {
     out << kVersion;
     return kExitOk;
+  }
+
+  if (request->command == "query-new") {
+    const net::NetResult saved = query::SaveQueryFile(request->choices.output, SettingsFromChoices(request->choices));
+    if (!saved) err << saved.error << '\n';
+    return saved ? kExitOk : kExitFailure;
+  }
+  query::CMySettings settings;
+  if (request->queryFile) {
+    const net::NetResult loaded = query::LoadQueryFile(*request->queryFile, settings);
+    if (!loaded) {
+      err << loaded.error << '\n';
+      return kExitFailure;
+    }
+  }
+  if (request->command == "query-show") {
+    out << query::DescribeSettings(settings);
+    out.flush();
+    return out ? kExitOk : kExitFailure;
   }
 
   app::ControllerConfig config;
@@ -282,6 +336,8 @@ int RunCli(const std::vector<std::string>& args, const CliEnvironment& environme
     status = PrintAuctions(controller, *request, messages, out, err);
   } else if (request->command == "history") {
     status = PrintHistory(controller, *request, messages, out, err);
+  } else if (request->command == "query") {
+    status = RunQuery(controller, settings, *request, messages, out, err);
   } else {
     status = PrintCategories(controller, request->site, out);
   }

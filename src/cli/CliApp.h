@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/SandboxProcess.h"
+#include "cli/QueryOptions.h"
 #include "net/SiteProfile.h"
 
 namespace gavelscope::cli {
@@ -26,6 +27,8 @@ struct CliRequest {
   net::Site site = net::Site::USA;
   std::optional<std::filesystem::path> exportFile;  // keywords: write the export here
   std::optional<std::string> item;                  // keywords: show this tree item's keywords
+  std::optional<std::filesystem::path> queryFile;   // query, query-show: the query file to read
+  QueryChoices choices;                             // query-new: what the query dialog would hold
 };
 
 // The parsed command line, or nullopt with `error` set for a usage error.

@@ -137,6 +137,37 @@ TEST_F(CliOnSandbox, KeywordsOfOneItem) {
   EXPECT_EQ(RunCommand(args).status, kExitFailure);
 }
 
+TEST(Cli, QueryFilesAreWrittenShownAndReportedWhenTheyFail) {
+  testing::TempFolder folder;
+  const std::string empty = (folder / "empty.sbqry").string();
+  ASSERT_EQ(RunCommand({"query-new", "--site", "uk", "--output", empty}).status, kExitOk);
+  EXPECT_EQ(testing::ReadFileBytes(empty).size(), 146U);
+
+  const std::string file = (folder / "q.sbqry").string();
+  ASSERT_EQ(
+      RunCommand({"query-new", "--category", "Toys", "--category", "Dolls", "--keywords", " lego, duplo ",
+                  "--page-depth", "3", "--bids-range", "2", "9", "--sort", "title", "--descending", "--output", file})
+          .status,
+      kExitOk);
+  const Outcome shown = RunCommand({"query-show", file});
+  ASSERT_EQ(shown.status, kExitOk) << shown.err;
+  for (const char* line : {"m_bBidFilter: 1\n", "m_bInternational: 1\n", "m_strKeywords: lego, duplo\n",
+                           "m_nPageDepth: 3\n", "m_bBidsRange: 1\n", "m_nBidsFrom: 2\n", "m_nBidsTo: 9\n",
+                           "m_bAscending: 0\n", "m_bSortTitle: 1\n", "category: Toys\ncategory: Dolls\n"}) {
+    EXPECT_NE(shown.out.find(line), std::string::npos) << line;
+  }
+
+  const std::string unwritable = (folder / "missing" / "q.sbqry").string();
+  const Outcome unsaved = RunCommand({"query-new", "--output", unwritable});
+  EXPECT_EQ(unsaved.status, kExitFailure);
+  EXPECT_EQ(unsaved.err, "Cannot Save To File : " + unwritable + "\n");
+  testing::WriteFileBytes(folder / "broken.sbqry", "\xFF\xFF\x02");
+  const Outcome unloaded = RunCommand({"query", (folder / "broken.sbqry").string()});
+  EXPECT_EQ(unloaded.status, kExitFailure);
+  EXPECT_EQ(unloaded.err, "Cannot Load File : " + (folder / "broken.sbqry").string() + "\n");
+  EXPECT_EQ(RunCommand({"query-new", "--bids-greater", "1", "--bids-less", "2", "--output", file}).status, kExitUsage);
+}
+
 TEST(Cli, SandboxOptionStartsTheStandInSites) {
   const Outcome outcome = RunCommand({"--sandbox", "categories", "--site", "usa"});
   ASSERT_EQ(outcome.status, kExitOk) << outcome.err;

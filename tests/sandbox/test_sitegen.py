@@ -72,6 +72,15 @@ class SiteGeneratorTest(unittest.TestCase):
             url = found and "http://listings.ebay.co.uk" + found[1].decode()
         self.assertEqual(pages, KNOBS["pages"])
 
+    def test_query_oracle_drops_just_the_empty_times_and_foreign_prices_of_the_pages(self):
+        generator = SiteGenerator(**KNOBS)
+        for site, content in (("usa", generator.usa), ("uk", generator.uk)):
+            pages = [generator.http_get(content.site.listing_host, sub.path + "/list/")
+                     for sub in content.categories[0].subs]
+            kept = sum(page.count(b'width="50">') - page.count(b'width="100"></td>')
+                       - len(re.findall(rb">(?:AU |C |GBP |EUR )", page)) for page in pages)
+            self.assertEqual(len(generator.query_rows(site, [content.categories[0].name], 1)), kept)
+
     def test_default_list_files_and_home_pages_give_the_expected_exports(self):
         # The export oracles come from the catalogue, not from the files: the two must agree.
         generator = SiteGenerator()

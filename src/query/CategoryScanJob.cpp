@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#include "query/CategoryScanJob.h"
+
+#include <chrono>
+
+#include "app/Pause.h"
+#include "hotitems/HotItemRecord.h"
+#include "net/Session.h"
+#include "net/TextFeed.h"
+#include "net/TextHelpers.h"
+#include "query/ListingScan.h"
+
+namespace gavelscope::query {
+
+namespace {
+
+constexpr std::chrono::milliseconds kPauseAfterListing{100};
+
+}  // namespace
+
+void NumericFilter::SetGreaterThan(std::int32_t n) {
+  if (n != -1) {
+    greater = true;
+    greaterThan = n;
+    any = false;
+  } else if (!greater && !less && !range) {
+    any = true;
+  }
+}
+
+void NumericFilter::SetLessThan(std::int32_t n) {
+  if (n != -1) {
+    less = true;
+    lessThan = n;
+    any = false;
+  } else if (!greater && !less && !range) {
+    any = true;
+  }
+}
+
+void NumericFilter::SetRange(std::int32_t low, std::int32_t high) {
+  if (low != -1 || high != -1) {
+    range = true;
+    from = low;
+    to = high;
+    any = false;
+  } else if (!greater && !less && !range) {
+    any = true;
+  }
+}
+
+bool NumericFilter::Passes(std::int32_t value) const {
+  if (any) return true;
+  if (greater) return value > greaterThan;
+  if (less) return value < lessThan;
+  if (range) return from <= value && value <= to;
+  return true;
+}
+
+CLoadEachCategoryHotItemsQueryThread::CLoadEachCategoryHotItemsQueryThread(IQueryHost& host,
+                                                                           const net::Profile& profile,
+                                                                           net::NetOptions options)
+    : m_host(host), m_profile(profile), m_options(std::move(options)), m_pSession(net::Session::Create(m_options)) {}
+
+CLoadEachCategoryHotItemsQueryThread::~CLoadEachCategoryHotItemsQueryThread() {
+  m_bFinished = true;
+}
+
+void CLoadEachCategoryHotItemsQueryThread::SetKeywords(std::string_view keywords) {
+  m_strKeywords = std::string(hotitems::TrimWhiteSpace(keywords));
+}
+
+bool CLoadEachCategoryHotItemsQueryThread::Running(const std::stop_token& stop) const {
+  return !stop.stop_requested() && m_host.IsQueryRunning();
+}
+
+void CLoadEachCategoryHotItemsQueryThread::RunScan(std::stop_token stop) {
+  const net::Site site = uk() ? net::Site::UK : net::Site::USA;
+  m_arrListingLinks = BuildListingLinks(m_host.SiteData(site).strHomePage, m_strCategoryLink, m_profile.site(site));
+  for (const std::string& link : m_arrListingLinks) {
+    if (!Running(stop)) break;
+    if (!ScanListing(FetchListingPage(link, stop), stop)) break;
+    app::PauseUnlessStopped(kPauseAfterListing, stop);
+  }
+  m_bFinished = true;
+}
+
+std::string CLoadEachCategoryHotItemsQueryThread::FetchListingPage(const std::string& url, std::stop_token stop) {
+  std::string page;
+  net::FeedOpenResult opened = net::OpenTextFeed(m_pSession, url, stop);
+  if (opened.feed) {
+    for (std::string line; opened.feed->ReadLine(line);) page += line;
+  }
+  // A failed page keeps what arrived; the next page starts on a fresh session.
+  if (!opened.feed || opened.feed->failed()) {
+    opened.feed.reset();
+    if (!m_bFinished) m_pSession = net::Session::Create(m_options);
+  }
+  return page;
+}
+
+bool CLoadEachCategoryHotItemsQueryThread::ScanListing(std::string page, std::stop_token stop) {
+  const bool isUK = uk();
+  const net::SiteConfig& site = m_profile.site(isUK ? net::Site::UK : net::Site::USA);
+  int pagesMovedPast = 0;
+  int s = net::Find(page, site.itemLinkPrefix, 0);
+  int t = net::Find(page, ">", s);
+  while (s != -1) {
+    if (pagesMovedPast >= m_nPageDepth) return true;
+    if (!Running(stop)) return false;
+    const ListingRow row = ParseRow(page, s, t, site, isUK);
+    if (MatchesKeywords(row.title, m_strKeywords)) FilterAndAdd(row.link, row.timeLeft, row.title, row.price, row.bids);
+    if (row.s2 != -1) {
+      s = row.s2;
+      t = net::Find(page, ">", s);
+      continue;
+    }
+    m_host.IncrementPagesSearched();
+    const int c = net::Find(page, kContinueMarker, row.t2);
+    if (c == -1) return true;
+    if (!Running(stop)) return false;
+    if (++pagesMovedPast >= m_nPageDepth) return true;
+    page = FetchListingPage(NextPageUrl(page, c, m_profile, isUK), stop);
+    s = net::Find(page, site.itemLinkPrefix, 0);
+    t = net::Find(page, ">", s);
+  }
+  return true;
+}
+
+void CLoadEachCategoryHotItemsQueryThread::FilterAndAdd(const std::string& link, const std::string& timeLeft,
+                                                        const std::string& title, const std::string& price,
+                                                        const std::string& bids) {
+  if (link.empty() || timeLeft.empty() || title.empty() || price.empty()) return;
+  const int priceValue = ParsePrice(price);
+  if (priceValue == -1) return;
+  if (m_bids.Passes(ParseBids(bids)) && m_price.Passes(priceValue) && m_days.Passes(ParseDaysLeft(timeLeft))) {
+    AddResult(link, timeLeft, title, price, bids);
+  }
+}
+
+void CLoadEachCategoryHotItemsQueryThread::AddResult(const std::string& link, const std::string& timeLeft,
+                                                     const std::string& title, const std::string& price,
+                                                     const std::string& bids) {
+  auto record = std::make_shared<hotitems::CHotItemRecord>();
+  record->SetItemLink(link);
+  record->SetEnding(timeLeft);
+  record->SetTitle(title);
+  record->SetPrice(price);
+  record->SetBids(bids);
+  hotitems::CItemListCtrl& list = m_host.QueryResults();
+  std::lock_guard busy(m_host.ResultListBusy());
+  const int row = list.InsertItem(m_nRowsAdded++, record->GetEnding());
+  list.SetItemText(row, 1, title);
+  list.SetItemText(row, 2, price);
+  list.SetItemText(row, 3, bids);
+  record->SetRow(row);
+  list.SetItemData(row, std::move(record));
+}
+
+}  // namespace gavelscope::query

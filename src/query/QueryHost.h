@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#pragma once
+
+#include <mutex>
+
+#include "app/SiteCategories.h"
+#include "app/UserMessages.h"
+#include "hotitems/ItemListCtrl.h"
+#include "net/SiteProfile.h"
+
+namespace gavelscope::query {
+
+// What a query run and its scan jobs use of the main window.
+class IQueryHost {
+ public:
+  virtual ~IQueryHost() = default;
+  virtual bool IsQueryRunning() const = 0;
+  virtual void SetQueryRunning(bool running) = 0;
+  virtual void IncrementPagesSearched() = 0;
+  virtual const app::SiteCategories& SiteData(net::Site site) = 0;
+  virtual hotitems::CItemListCtrl& QueryResults() = 0;
+  // Held from a row's insert to its last cell, so that rows of different jobs never interleave.
+  virtual std::mutex& ResultListBusy() = 0;
+  virtual app::IUserMessages& Messages() = 0;
+};
+
+}  // namespace gavelscope::query

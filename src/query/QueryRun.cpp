@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#include "query/QueryRun.h"
+
+#include <ctime>
+#include <fstream>
+
+#include "app/Pause.h"
+#include "hotitems/HotItemRecord.h"
+#include "net/FtpClient.h"
+
+namespace gavelscope::query {
+
+namespace {
+
+constexpr const char* kSearchComplete = "All data has been extracted from Ebay and is now ready for analysis";
+constexpr const char* kSearchCompleteTitle = "Search Complete";
+constexpr int kPublishAttempts = 30;
+
+}  // namespace
+
+CInitialiseHotItemQueryThread::CInitialiseHotItemQueryThread(IQueryHost& host, net::Profile profile,
+                                                             net::NetOptions options)
+    : m_host(host), m_profile(std::move(profile)), m_options(std::move(options)) {}
+
+CInitialiseHotItemQueryThread::~CInitialiseHotItemQueryThread() {
+  for (std::jthread& thread : m_jobThreads) thread.request_stop();
+  m_jobThreads.clear();
+}
+
+void CInitialiseHotItemQueryThread::SetBidsRange(std::int32_t from, std::int32_t to) {
+  m_nBidsFrom = from;
+  m_nBidsTo = to;
+}
+
+void CInitialiseHotItemQueryThread::SetPriceRange(std::int32_t from, std::int32_t to) {
+  m_nPriceFrom = from;
+  m_nPriceTo = to;
+}
+
+void CInitialiseHotItemQueryThread::SetDaysRange(std::int32_t from, std::int32_t to) {
+  m_nDaysFrom = from;
+  m_nDaysTo = to;
+}
+
+void CInitialiseHotItemQueryThread::RunQuery(std::stop_token stop) {
+  // The jobs read both sites' home pages and category data, whichever site the query is for.
+  if (!m_host.SiteData(net::Site::UK).ready.Wait(stop) || !m_host.SiteData(net::Site::USA).ready.Wait(stop)) return;
+
+  for (const std::string& link : m_categories) {
+    auto job = std::make_unique<CLoadEachCategoryHotItemsQueryThread>(m_host, m_profile, m_options);
+    job->SetCategoryLink(link);
+    job->SetKeywords(m_strKeywords);
+    job->SetPageDepth(m_nPageDepth);
+    job->SetCountry(m_bInternational);
+    job->SetBidsGreaterThan(m_nBidsGreater);
+    job->SetPriceGreaterThan(m_nPriceGreater);
+    job->SetDaysGreaterThan(m_nDaysGreater);
+    job->SetBidsLessThan(m_nBidsLess);
+    job->SetPriceLessThan(m_nPriceLess);
+    job->SetDaysLessThan(m_nDaysLess);
+    job->SetBidsRange(m_nBidsFrom, m_nBidsTo);
+    job->SetPriceRange(m_nPriceFrom, m_nPriceTo);
+    job->SetDaysRange(m_nDaysFrom, m_nDaysTo);
+    CLoadEachCategoryHotItemsQueryThread* started = job.get();
+    m_arrJobs.push_back(std::move(job));
+    // The jobs stop with the run (at shutdown); the user's stop reaches them through the flag.
+    m_jobThreads.emplace_back([started, stop] { started->RunScan(stop); });
+  }
+  m_categories.clear();
+
+  // An empty category list has no job to wait for: such a run ends at its first look.
+  while (true) {
+    if (!app::PauseUnlessStopped(m_pollInterval, stop)) break;
+    bool allFinished = true;
+    for (const auto& job : m_arrJobs) {
+      if (!job->IsFinished()) {
+        allFinished = false;
+        break;
+      }
+    }
+    if (allFinished) break;
+    ++m_polls;
+  }
+  for (std::jthread& thread : m_jobThreads) thread.join();
+
+  int column = -1;
+  if (m_bSortDateEnded) {
+    column = 0;
+  } else if (m_bSortTitle) {
+    column = 1;
+  } else if (m_bSortPrice) {
+    column = 2;
+  } else if (m_bSortBids) {
+    column = 3;
+  }
+  if (column != -1) m_host.QueryResults().SortItems(column, m_bAscending != 0);
+
+  if (!stop.stop_requested() && m_host.IsQueryRunning()) {
+    m_host.SetQueryRunning(false);
+    if constexpr (kPublishHistory) {
+      PublishHistory(m_host.QueryResults(), m_historyFile, m_profile, m_options, std::chrono::seconds(1), stop);
+    }
+    m_host.Messages().Show(app::UserMessage{kSearchComplete, kSearchCompleteTitle, app::MessageButtons::Ok, true});
+  }
+}
+
+net::NetResult PublishHistory(const hotitems::CItemListCtrl& results, const std::filesystem::path& localFile,
+                              const net::Profile& profile, const net::NetOptions& options,
+                              std::chrono::milliseconds retryPause, std::stop_token stop) {
+  if (!std::filesystem::exists(localFile)) return {false, "No local history file: " + localFile.string()};
+  const std::time_t now = std::time(nullptr);
+  std::tm local{};
+  localtime_r(&now, &local);
+  const hotitems::CalendarDate date{local.tm_mday, local.tm_mon + 1, local.tm_year + 1900};
+  {
+    std::ofstream out(localFile, std::ios::binary | std::ios::app);
+    for (int row = 0; row < results.GetItemCount(); ++row) {
+      const auto record = results.GetItemData(row);
+      if (record && hotitems::IsHistoryWorthy(*record)) out << hotitems::FormatHistoryLine(*record, date);
+    }
+    if (!out) return {false, "Cannot write " + localFile.string()};
+  }
+  net::FtpClient ftp(options, profile.vendor.ftp);
+  net::NetResult last{false, "not tried"};
+  for (int attempt = 1; attempt <= kPublishAttempts; ++attempt) {
+    last = ftp.Remove(profile.vendor.historyFileName, stop);
+    if (last) {
+      last = ftp.PutFile(localFile, profile.vendor.historyFileName, stop);
+      if (last) return last;
+    }
+    if (attempt == kPublishAttempts || !app::PauseUnlessStopped(retryPause, stop)) break;
+  }
+  return last;
+}
+
+}  // namespace gavelscope::query

@@ -1,0 +1,194 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#include "query/QueryRun.h"
+
+#include "query/ListingScan.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <set>
+
+#include "app/CategoryAnchors.h"
+#include "net/PageFetcher.h"
+#include "support/RecordingBrowser.h"
+#include "support/RecordingMessages.h"
+#include "support/SandboxFixture.h"
+#include "support/TempFolder.h"
+
+namespace gavelscope::query {
+namespace {
+
+using net::Site;
+
+class NoPages : public app::IPageSource {
+ public:
+  std::string GetPageText(std::string_view, std::stop_token) override { return {}; }
+};
+
+// The main window as a query sees it, with both sites' categories read from the sandbox.
+class SandboxQueryHost : public IQueryHost {
+ public:
+  explicit SandboxQueryHost(const net::NetOptions& options) {
+    net::SharedSession session(options);
+    for (Site site : {Site::UK, Site::USA}) {
+      app::SiteCategories& data = site == Site::UK ? m_uk : m_usa;
+      data.strHomePage = session.GetPageText(net::CompiledProfile().site(site).listingRoot, {});
+      app::ParseCategoryAnchors(data.strHomePage, data.arrCategoryNames, data.arrCategoryLinks);
+      data.ready.Set();
+    }
+  }
+  bool IsQueryRunning() const override { return running; }
+  void SetQueryRunning(bool value) override { running = value; }
+  void IncrementPagesSearched() override { ++pages; }
+  const app::SiteCategories& SiteData(Site site) override { return site == Site::UK ? m_uk : m_usa; }
+  hotitems::CItemListCtrl& QueryResults() override { return results; }
+  std::mutex& ResultListBusy() override { return busy; }
+  app::IUserMessages& Messages() override { return messages; }
+
+  std::string LinkOf(Site site, const std::string& name) const {
+    const app::SiteCategories& data = site == Site::UK ? m_uk : m_usa;
+    for (std::size_t i = 0; i < data.arrCategoryNames.size(); ++i) {
+      if (data.arrCategoryNames[i] == name) return data.arrCategoryLinks[i];
+    }
+    return name;
+  }
+
+  std::atomic<bool> running{true};
+  std::atomic<int> pages{0};
+  testing::RecordingBrowser browser;
+  testing::RecordingMessages messages;
+  NoPages noPages;
+  std::mutex busy;
+  hotitems::CItemListCtrl results{hotitems::ItemListVariant::QueryResults, browser, messages, noPages,
+                                  hotitems::DateOrder::DayFirst};
+
+ private:
+  app::SiteCategories m_uk;
+  app::SiteCategories m_usa;
+};
+
+class QueryRunTest : public testing::SandboxTest {
+ protected:
+  void SetUp() override {
+    SandboxTest::SetUp();
+    m_host = std::make_unique<SandboxQueryHost>(SandboxNetOptions());
+  }
+  std::unique_ptr<CInitialiseHotItemQueryThread> NewRun(std::vector<std::string> names, int depth, bool usa = true) {
+    auto run = std::make_unique<CInitialiseHotItemQueryThread>(*m_host, net::CompiledProfile(), SandboxNetOptions());
+    run->SetPollInterval(std::chrono::milliseconds(20));
+    run->SetPageDepth(depth);
+    run->SetCountry(usa ? 1 : 0);
+    std::vector<std::string> links;
+    for (const std::string& name : names) links.push_back(m_host->LinkOf(usa ? Site::USA : Site::UK, name));
+    run->SetCategories(std::move(links));
+    return run;
+  }
+  std::size_t ListingsOf(const std::string& name, Site site = Site::USA) const {
+    return BuildListingLinks(m_host->SiteData(site).strHomePage, m_host->LinkOf(site, name),
+                             net::CompiledProfile().site(site))
+        .size();
+  }
+
+  std::unique_ptr<SandboxQueryHost> m_host;
+};
+
+TEST_F(QueryRunTest, PageDepthBoundsThePagesOfEveryListing) {
+  NewRun({"Antiques"}, 1)->RunQuery({});
+  const int onePage = m_host->pages;
+  EXPECT_EQ(onePage, static_cast<int>(ListingsOf("Antiques")));
+  // The sandbox's listings have three pages: a larger depth ends where the continue marker stops.
+  m_host->pages = 0;
+  m_host->running = true;
+  NewRun({"Antiques"}, 10)->RunQuery({});
+  EXPECT_EQ(m_host->pages, 3 * onePage);
+}
+
+TEST_F(QueryRunTest, ThreeCategoriesRunTogetherAndTheRunEndsAfterTheLast) {
+  auto run = NewRun({"Antiques", "Art", "Books"}, 1);
+  run->SetSortByBids(1);
+  run->RunQuery({});
+  ASSERT_EQ(run->jobs().size(), 3U);
+  for (const auto& job : run->jobs()) EXPECT_TRUE(job->IsFinished());
+  EXPECT_GT(m_host->results.GetItemCount(), 0);
+  EXPECT_EQ(m_host->results.SortColumn(), 3);
+  EXPECT_FALSE(m_host->running);
+  ASSERT_EQ(m_host->messages.Messages().size(), 1U);
+  EXPECT_EQ(m_host->messages.Messages()[0].text, "All data has been extracted from Ebay and is now ready for analysis");
+  EXPECT_EQ(m_host->messages.Messages()[0].title, "Search Complete");
+}
+
+TEST_F(QueryRunTest, AStoppedRunStillSortsButSaysNothing) {
+  for (const char* bids : {"5", "-", "41"}) m_host->results.SetItemText(m_host->results.InsertItem(9, ""), 3, bids);
+  m_host->running = false;
+  auto run = NewRun({"Antiques"}, 1);
+  run->SetSortByBids(1);
+  run->SetAscending(0);
+  run->RunQuery({});
+  EXPECT_EQ(m_host->results.GetItemText(0, 3), "41");
+  EXPECT_EQ(m_host->results.GetItemText(2, 3), "-");
+  EXPECT_TRUE(m_host->messages.Messages().empty());
+  EXPECT_EQ(m_host->pages, 0);
+}
+
+TEST_F(QueryRunTest, FiltersHoldForEveryRowFound) {
+  auto run = NewRun({"Antiques", "Art"}, 2);
+  run->SetBidsGreaterThan(5);
+  run->SetPriceRange(10, 200);
+  run->SetDaysLessThan(3);
+  run->RunQuery({});
+  ASSERT_GT(m_host->results.GetItemCount(), 0);
+  for (int row = 0; row < m_host->results.GetItemCount(); ++row) {
+    const auto record = m_host->results.GetItemData(row);
+    EXPECT_GT(ParseBids(record->GetBids()), 5);
+    EXPECT_GE(ParsePrice(record->GetPrice()), 10);
+    EXPECT_LE(ParsePrice(record->GetPrice()), 200);
+    EXPECT_LT(ParseDaysLeft(record->GetEnding()), 3);
+  }
+}
+
+TEST_F(QueryRunTest, ThirtyJobsNeverLoseOrMixRows) {
+  NewRun({"Antiques"}, 1)->RunQuery({});
+  const int oneJob = m_host->results.GetItemCount();
+  ASSERT_GT(oneJob, 0);
+  m_host->results.ClearRecords();
+  m_host->running = true;
+  NewRun(std::vector<std::string>(30, "Antiques"), 1)->RunQuery({});
+  ASSERT_EQ(m_host->results.GetItemCount(), 30 * oneJob);
+  std::multiset<std::string> links;
+  for (int row = 0; row < m_host->results.GetItemCount(); ++row) {
+    const auto record = m_host->results.GetItemData(row);
+    ASSERT_TRUE(record);
+    EXPECT_EQ(m_host->results.GetItemText(row, 0), record->GetEnding());
+    EXPECT_EQ(m_host->results.GetItemText(row, 1), record->GetTitle());
+    EXPECT_EQ(m_host->results.GetItemText(row, 2), record->GetPrice());
+    EXPECT_EQ(m_host->results.GetItemText(row, 3), record->GetBids());
+    links.insert(record->GetItemLink());
+  }
+  for (const std::string& link : links) EXPECT_EQ(links.count(link), 30U);
+}
+
+TEST_F(QueryRunTest, PublishingAppendsHotRowsAndUploadsThem) {
+  testing::TempFolder folder;
+  const auto local = folder / "HotItemList.txt";
+  EXPECT_FALSE(PublishHistory(m_host->results, local, net::CompiledProfile(), SandboxNetOptions(),
+                              std::chrono::milliseconds(0), {}));
+  testing::WriteFileBytes(local, "old~|~01/01/2005~|~t~|~$1~|~99~|~\r\n");
+  for (const char* bids : {"31", "30"}) {
+    const int row = m_host->results.InsertItem(9, "");
+    auto record = std::make_shared<hotitems::CHotItemRecord>();
+    record->SetItemLink("L");
+    record->SetBids(bids);
+    m_host->results.SetItemData(row, record);
+  }
+  const net::NetResult published = PublishHistory(m_host->results, local, net::CompiledProfile(), SandboxNetOptions(),
+                                                  std::chrono::milliseconds(0), {});
+  ASSERT_TRUE(published) << published.error;
+  const std::string uploaded = testing::ReadFileBytes(Sandbox().ftpRoot() / "HotItemList.txt");
+  EXPECT_TRUE(uploaded.starts_with("old~|~")) << uploaded;
+  EXPECT_NE(uploaded.find("L~|~"), std::string::npos);
+  EXPECT_EQ(uploaded.find("~|~30~|~"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace gavelscope::query
