@@ -9,28 +9,6 @@
 namespace gavelscope::app {
 namespace {
 
-std::string Stored(std::string_view text) {
-  CArchive archive = CArchive::ForStoring();
-  archive.WriteString(text);
-  return archive.bytes();
-}
-
-TEST(Archive, StringsCarryTheLengthFormOfTheirSize) {
-  EXPECT_EQ(Stored("ab"), std::string("\x02"
-                                      "ab"));
-  EXPECT_EQ(Stored(std::string(254, 'x')).substr(0, 1), "\xFE");
-  EXPECT_EQ(Stored(std::string(255, 'x')).substr(0, 3), std::string("\xFF\xFF\x00", 3));
-  EXPECT_EQ(Stored(std::string(65533, 'x')).substr(0, 3), std::string("\xFF\xFD\xFF", 3));
-  EXPECT_EQ(Stored(std::string(65534, 'x')).substr(0, 7), std::string("\xFF\xFF\xFF\xFE\xFF\x00\x00", 7));
-  for (std::size_t length : {0U, 254U, 255U, 65533U, 65534U, 70000U}) {
-    const std::string text(length, 'q');
-    CArchive loading = CArchive::ForLoading(Stored(text));
-    std::string back;
-    ASSERT_TRUE(loading.ReadString(back)) << length;
-    EXPECT_EQ(back, text);
-  }
-}
-
 TEST(Archive, NumbersAreLittleEndian) {
   CArchive archive = CArchive::ForStoring();
   archive.WriteInt32(-2);
