@@ -21,6 +21,19 @@ void ReportNotFound(IUserMessages& messages) {
   messages.Show(UserMessage{text::kNotFound, text::kMessageTitle});
 }
 
+bool FindNextAndMark(std::mutex& listMutex, int& mark, std::string_view word,
+                     const std::function<std::size_t()>& rowCount,
+                     const std::function<std::string(std::size_t)>& textOf, IUserMessages& messages) {
+  int found = kNoMatch;
+  {
+    std::lock_guard lock(listMutex);
+    found = SearchRows(rowCount(), mark, word, textOf);
+    if (found >= 0) mark = found;
+  }
+  if (found == kNoMatch) ReportNotFound(messages);
+  return found >= 0;
+}
+
 net::NetResult ExportToFile(const std::filesystem::path& file, std::string_view bytes, IUserMessages& messages) {
   net::NetResult written = net::WriteFileAtomically(file, bytes);
   if (written) messages.Show(UserMessage{text::kExported, text::kMessageTitle});

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <mutex>
 #include <string>
 #include <string_view>
 
@@ -22,6 +23,13 @@ int SearchRows(std::size_t rowCount, int mark, std::string_view word,
 
 // Tells the user that a search found nothing.
 void ReportNotFound(IUserMessages& messages);
+
+// A list's "find next": searches under the list's lock, moves the mark to the row found and tells
+// the user when nothing matched (an empty list without a mark says nothing). True when the mark
+// moved, so that the list tells its observer.
+bool FindNextAndMark(std::mutex& listMutex, int& mark, std::string_view word,
+                     const std::function<std::size_t()>& rowCount,
+                     const std::function<std::string(std::size_t)>& textOf, IUserMessages& messages);
 
 // Writes an export as the file's whole content, then tells the user it is done. A file that cannot
 // be written keeps what it had, and the user is told nothing: the caller reports the failure.

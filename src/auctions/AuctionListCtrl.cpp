@@ -69,18 +69,9 @@ void CAuctionListCtrl::SortByCount() {
 }
 
 void CAuctionListCtrl::SearchNext(std::string_view word) {
-  int found = app::kNoMatch;
-  {
-    std::lock_guard lock(m_mutex);
-    found = app::SearchRows(m_rows.size(), m_mark, word, [this](std::size_t row) { return m_rows[row].name; });
-    if (found == app::kNothingToSearch) return;
-    if (found != app::kNoMatch) m_mark = found;
-  }
-  if (found == app::kNoMatch) {
-    app::ReportNotFound(m_messages);
-  } else {
-    NotifyChanged();
-  }
+  const auto rowCount = [this] { return m_rows.size(); };
+  const auto textOf = [this](std::size_t row) { return m_rows[row].name; };
+  if (app::FindNextAndMark(m_mutex, m_mark, word, rowCount, textOf, m_messages)) NotifyChanged();
 }
 
 std::string CAuctionListCtrl::ExportText() const {

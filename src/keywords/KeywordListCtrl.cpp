@@ -66,18 +66,9 @@ void CKeywordListCtrl::SetSelectionMark(int row) {
 }
 
 void CKeywordListCtrl::FindNext(std::string_view word) {
-  int found = app::kNoMatch;
-  {
-    std::lock_guard lock(m_mutex);
-    found = app::SearchRows(m_rows.size(), m_mark, word, [this](std::size_t row) { return m_rows[row]->GetKeyword(); });
-    if (found == app::kNothingToSearch) return;
-    if (found != app::kNoMatch) m_mark = found;
-  }
-  if (found == app::kNoMatch) {
-    app::ReportNotFound(m_messages);
-  } else {
-    NotifyChanged();
-  }
+  const auto rowCount = [this] { return m_rows.size(); };
+  const auto textOf = [this](std::size_t row) { return m_rows[row]->GetKeyword(); };
+  if (app::FindNextAndMark(m_mutex, m_mark, word, rowCount, textOf, m_messages)) NotifyChanged();
 }
 
 KeywordRecordPtr CKeywordListCtrl::MarkedRecord() const {

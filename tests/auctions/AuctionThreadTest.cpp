@@ -9,18 +9,10 @@
 
 #include "support/RecordingBrowser.h"
 #include "support/RecordingMessages.h"
+#include "support/RecordingRunEvents.h"
 
 namespace gavelscope::auctions {
 namespace {
-
-class CountingEvents : public app::IRunEvents {
- public:
-  void StepProgress() override {}
-  void SetRefreshDone(bool) override {}
-  void RedrawWindow() override {}
-  void OnThreadFinished() override { ++finished; }
-  std::atomic<int> finished{0};
-};
 
 class AuctionThreadTest : public ::testing::Test {
  protected:
@@ -30,7 +22,7 @@ class AuctionThreadTest : public ::testing::Test {
   testing::RecordingMessages m_messages;
   CAuctionListCtrl m_list{m_browser, m_messages};
   app::SiteCategories m_categories;
-  CountingEvents m_events;
+  testing::RecordingRunEvents m_events;
 };
 
 TEST_F(AuctionThreadTest, FillsAndSortsTheListFromTheHomePage) {

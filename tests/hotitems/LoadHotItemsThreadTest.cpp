@@ -8,20 +8,12 @@
 
 #include "support/RecordingBrowser.h"
 #include "support/RecordingMessages.h"
+#include "support/RecordingRunEvents.h"
 #include "support/SandboxFixture.h"
 #include "support/TempFolder.h"
 
 namespace gavelscope::hotitems {
 namespace {
-
-class CountingEvents : public app::IRunEvents {
- public:
-  void StepProgress() override {}
-  void SetRefreshDone(bool) override {}
-  void RedrawWindow() override {}
-  void OnThreadFinished() override { ++finished; }
-  std::atomic<int> finished{0};
-};
 
 class NoPages : public app::IPageSource {
  public:
@@ -47,7 +39,7 @@ class LoadHotItemsTest : public testing::SandboxTest {
   testing::RecordingBrowser m_browser;
   testing::RecordingMessages m_messages;
   NoPages m_pages;
-  CountingEvents m_events;
+  testing::RecordingRunEvents m_events;
   CItemListCtrl m_usa{ItemListVariant::HistoryUSA, m_browser, m_messages, m_pages, DateOrder::DayFirst};
   CItemListCtrl m_uk{ItemListVariant::HistoryUK, m_browser, m_messages, m_pages, DateOrder::DayFirst};
 };

@@ -8,25 +8,13 @@
 
 #include "support/RecordingBrowser.h"
 #include "support/RecordingMessages.h"
+#include "support/RecordingRunEvents.h"
 #include "support/SandboxFixture.h"
 
 namespace gavelscope::keywords {
 namespace {
 
 using testing::SandboxTest;
-
-class RecordingRunEvents : public app::IRunEvents {
- public:
-  void StepProgress() override { ++steps; }
-  void SetRefreshDone(bool done) override { refreshDone = done; }
-  void RedrawWindow() override { ++redraws; }
-  void OnThreadFinished() override { ++finished; }
-
-  std::atomic<int> steps{0};
-  std::atomic<bool> refreshDone{false};
-  std::atomic<int> redraws{0};
-  std::atomic<int> finished{0};
-};
 
 class KeyWordsThreadTest : public SandboxTest {
  protected:
@@ -45,7 +33,7 @@ class KeyWordsThreadTest : public SandboxTest {
 
   testing::RecordingBrowser m_browser;
   testing::RecordingMessages m_messages;
-  RecordingRunEvents m_events;
+  testing::RecordingRunEvents m_events;
   CKeywordListCtrl m_listUK{m_browser, m_messages};
   CKeywordListCtrl m_listUSA{m_browser, m_messages};
   CCategoryTree m_treeUK{0, m_listUK, m_browser, m_messages};
