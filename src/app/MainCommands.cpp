@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#include "app/MainCommands.h"
+
+#include <algorithm>
+
+#include "net/TextHelpers.h"
+
+namespace gavelscope::app {
+
+namespace {
+
+using net::Site;
+
+constexpr ViewId kSwitchedViews[] = {ViewId::TreeUK,        ViewId::TreeUSA,        ViewId::KeywordsUK,
+                                     ViewId::KeywordsUSA,   ViewId::AuctionsUK,     ViewId::AuctionsUSA,
+                                     ViewId::HotItemsUK,    ViewId::HotItemsUSA,    ViewId::QueryResults,
+                                     ViewId::PagesSearched, ViewId::StopQueryButton};
+
+}  // namespace
+
+std::vector<ViewId> ViewsShown(Tab tab, Site site) {
+  const bool usa = site == Site::USA;
+  switch (tab) {
+    case Tab::Keywords:
+      return {usa ? ViewId::TreeUSA : ViewId::TreeUK, usa ? ViewId::KeywordsUSA : ViewId::KeywordsUK};
+    case Tab::Auctions:
+      return {usa ? ViewId::AuctionsUSA : ViewId::AuctionsUK};
+    case Tab::HotItems:
+      return {usa ? ViewId::HotItemsUSA : ViewId::HotItemsUK};
+    case Tab::Query:
+      return {ViewId::QueryResults, ViewId::PagesSearched, ViewId::StopQueryButton};
+  }
+  return {};
+}
+
+CMainCommands::CMainCommands(CRunController& controller, IMainView& view, IUserMessages& messages, IBrowser& browser)
+    : m_controller(controller), m_view(view), m_messages(messages), m_browser(browser) {}
+
+void CMainCommands::ShowViews() {
+  const std::vector<ViewId> shown = ViewsShown(m_tab, m_site);
+  for (ViewId view : kSwitchedViews) {
+    m_view.ShowView(view, std::find(shown.begin(), shown.end(), view) != shown.end());
+  }
+}
+
+void CMainCommands::SelectTab(Tab tab) {
+  m_tab = tab;
+  ShowViews();
+}
+
+bool CMainCommands::SelectSite(Site site) {
+  if (site == m_site) return false;
+  m_site = site;
+  // The query tab has one list for both sites.
+  if (m_tab != Tab::Query) ShowViews();
+  return true;
+}
+
+void CMainCommands::SearchView(std::string_view word) {
+  if (word.empty()) {
+    m_messages.Show(UserMessage{"Please Input A Search Word !", text::kMessageTitle});
+    return;
+  }
+  switch (m_tab) {
+    case Tab::Keywords:
+      m_controller.KeywordList(m_site).FindNext(word);
+      break;
+    case Tab::Auctions:
+      m_controller.AuctionList(m_site).SearchNext(word);
+      break;
+    case Tab::HotItems:
+      m_controller.HotItemList(m_site).FindNext(word);
+      break;
+    case Tab::Query:
+      m_controller.QueryResults().FindNext(word);
+      break;
+  }
+}
+
+void CMainCommands::EnterPressed(bool searchFocused, std::string_view word) {
+  m_bSkipDestroyOnce = true;
+  if (searchFocused) SearchView(word);
+}
+
+std::string CMainCommands::ExportTitle() const {
+  static constexpr const char* kKinds[] = {"Keywords", "Auctions", "Hot Items", "Hot Items Query Results"};
+  return std::string("Export Todays ") + kKinds[static_cast<int>(m_tab)] + " List";
+}
+
+net::NetResult CMainCommands::ExportView(const std::filesystem::path& file) {
+  switch (m_tab) {
+    case Tab::Keywords:
+      return m_controller.Tree(m_site).ExportTop100(file);
+    case Tab::Auctions:
+      return m_controller.AuctionList(m_site).ExportRows(file);
+    case Tab::HotItems:
+      return m_controller.HotItemList(m_site).ExportList(file);
+    case Tab::Query:
+      return m_controller.QueryResults().ExportList(file);
+  }
+  return {false, "no view"};
+}
+
+void CMainCommands::StopQuery() {
+  if (!m_controller.IsQueryRunning()) {
+    m_messages.Show(UserMessage{"There is no hot item query process to stop", "Gavelscope Error"});
+    return;
+  }
+  // Clearing the flag is the stop: the run and its jobs end when they next look at it.
+  m_controller.SetQueryRunning(false);
+  m_messages.Show(UserMessage{"Gavelscope query analysis has been manually stopped", "Search Aborted"});
+}
+
+void CMainCommands::OpenHomePage() {
+  m_browser.OpenUrlInBrowser(m_controller.config().profile.vendor.webServer);
+}
+
+void CMainCommands::OpenMyEbay() {
+  std::string url = m_controller.config().profile.signInPage;
+  if (m_site == Site::UK) net::ReplaceAll(url, ".com", ".co.uk");
+  m_browser.OpenUrlInBrowser(url);
+}
+
+}  // namespace gavelscope::app

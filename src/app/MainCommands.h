@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/MainView.h"
+#include "app/RunController.h"
+#include "net/NetOptions.h"
+#include "net/SiteProfile.h"
+
+namespace gavelscope::app {
+
+enum class Tab { Keywords, Auctions, HotItems, Query };
+
+// The views a tab shows for a site; every other named list, tree, the pages counter and the stop
+// button are hidden.
+std::vector<ViewId> ViewsShown(Tab tab, net::Site site);
+
+// What the main window's buttons, tabs, flags and keys do, without the window: the window turns
+// clicks into these calls and asks the user the questions they return to it.
+class CMainCommands {
+ public:
+  CMainCommands(CRunController& controller, IMainView& view, IUserMessages& messages, IBrowser& browser);
+
+  Tab tab() const { return m_tab; }
+  net::Site site() const { return m_site; }
+
+  // Shows the tab's views. The query tab then asks the window to confirm a new query.
+  void SelectTab(Tab tab);
+  // A click on a site's flag; false (nothing changes) when that site is already selected.
+  bool SelectSite(net::Site site);
+  // Hands a word to the find-next of the visible list; an empty word is refused with a message.
+  void SearchView(std::string_view word);
+  // Enter never closes the window: it searches when the search edit has the focus.
+  void EnterPressed(bool searchFocused, std::string_view word);
+  bool skipDestroyOnce() const { return m_bSkipDestroyOnce; }
+  // "Export Todays Keywords List" and so on, for the file dialog.
+  std::string ExportTitle() const;
+  // Writes the visible list's export into the chosen file.
+  net::NetResult ExportView(const std::filesystem::path& file);
+  void StopQuery();
+  void OpenHomePage();
+  void OpenMyEbay();
+
+ private:
+  void ShowViews();
+
+  CRunController& m_controller;
+  IMainView& m_view;
+  IUserMessages& m_messages;
+  IBrowser& m_browser;
+  Tab m_tab = Tab::Keywords;
+  net::Site m_site = net::Site::USA;
+  bool m_bSkipDestroyOnce = false;
+};
+
+}  // namespace gavelscope::app
