@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#include <QApplication>
+#include <QMessageBox>
+
+#include <clocale>
+#include <cstdlib>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "app/InstanceGuard.h"
+#include "app/SandboxProcess.h"
+#include "app/Startup.h"
+#include "app/UserFolders.h"
+#include "app/UserMessages.h"
+#include "hotitems/ItemCompare.h"
+#include "ui/MainDialog.h"
+
+namespace {
+
+constexpr const char* kUsage =
+    "Usage: gavelscope [--connect-to HOST:PORT:ADDR:PORT]... [--sandbox]\n"
+    "\n"
+    "Opens the Gavelscope window. --connect-to sends connections meant for HOST:PORT to ADDR:PORT\n"
+    "(URLs and Host headers stay as they are); --sandbox starts the bundled stand-in sites.\n"
+    "For the command-line program, see gavelscope-cli --help.\n";
+
+bool HasDisplay() {
+  for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+    const char* value = std::getenv(name);
+    if (value != nullptr && value[0] != '\0') return true;
+  }
+  return false;
+}
+
+void Tell(const char* text) {
+  QMessageBox box(QMessageBox::Critical, QString::fromLatin1(gavelscope::app::text::kApplicationName),
+                  QString::fromLatin1(text), QMessageBox::Ok);
+  box.exec();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  using namespace gavelscope;
+  std::vector<std::string> connectTo;
+  bool sandbox = false;
+  for (int i = 1; i < argc; ++i) {
+    const std::string arg = argv[i];
+    if (arg == "--help" || arg == "-h") {
+      std::cout << kUsage;
+      return 0;
+    }
+    if (arg == "--version") {
+      std::cout << "gavelscope 2.0\n";
+      return 0;
+    }
+    if (arg == "--sandbox") {
+      sandbox = true;
+    } else if (arg == "--connect-to" && i + 1 < argc) {
+      connectTo.emplace_back(argv[++i]);
+    } else {
+      std::cerr << "gavelscope: unknown option: " << arg << "\n\n" << kUsage;
+      return 2;
+    }
+  }
+  if (!HasDisplay()) {
+    std::cerr << "gavelscope: no display to open the window on; gavelscope-cli runs without one\n";
+    return 1;
+  }
+  std::setlocale(LC_TIME, "");
+  QApplication application(argc, argv);
+
+  const app::InstanceGuard guard(app::RuntimeFolder());
+  if (guard.anotherInstanceRunning()) {
+    Tell(app::text::kAlreadyRunning);
+    return 0;
+  }
+  app::ControllerConfig config;
+  config.profile = net::CompiledProfile();
+  config.net.connectTo = connectTo;
+  config.cacheFolder = app::CacheFolder();
+  config.dateOrder = hotitems::DateOrderFromLocale();
+  std::unique_ptr<app::SandboxProcess> stand_in;
+  if (sandbox) {
+    std::string error;
+    app::SandboxOptions options{GAVELSCOPE_SANDBOX_PYTHON, GAVELSCOPE_SANDBOX_SCRIPT, {}};
+    stand_in = app::SandboxProcess::Start(options, error);
+    if (!stand_in) {
+      std::cerr << "gavelscope: cannot start the sandbox: " << error << '\n';
+      return 1;
+    }
+    config.net.connectTo.insert(config.net.connectTo.end(), stand_in->connectTo().begin(), stand_in->connectTo().end());
+  }
+  if (!app::ProbeConnectivity(config.profile, config.net)) {
+    Tell(app::text::kNoInternet);
+    return 0;
+  }
+  ui::CMainDialog window(config);
+  window.show();
+  window.Start();
+  return application.exec();
+}

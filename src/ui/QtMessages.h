@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+
+#include "app/UserMessages.h"
+
+namespace gavelscope::ui {
+
+// Message boxes for the core. On the window's thread a box waits for the user's answer; a worker's
+// message is shown later on the window's thread and the worker goes on at once (workers only ever
+// tell, they never ask).
+class QtMessages : public QObject, public app::IUserMessages {
+ public:
+  explicit QtMessages(QWidget* parent) : QObject(parent), m_parent(parent) {}
+  app::MessageReply Show(const app::UserMessage& message) override;
+
+ private:
+  QPointer<QWidget> m_parent;
+};
+
+}  // namespace gavelscope::ui
