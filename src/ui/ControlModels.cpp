@@ -13,7 +13,19 @@ namespace gavelscope::ui {
 using keywords::TreeItem;
 
 QString FromPageText(const std::string& text) {
-  return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
+  // Windows-1252 is Latin-1 but for 0x80 to 0x9F, where it has the euro sign, curly quotes and
+  // the like (0 marks the five bytes it leaves undefined).
+  static constexpr char16_t kHighControls[32] = {0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                                 0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0,      0x017D, 0,
+                                                 0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                                 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
+  QString result(static_cast<qsizetype>(text.size()), Qt::Uninitialized);
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    const char16_t mapped = byte >= 0x80 && byte <= 0x9F ? kHighControls[byte - 0x80] : 0;
+    result[static_cast<qsizetype>(i)] = QChar(mapped != 0 ? mapped : static_cast<char16_t>(byte));
+  }
+  return result;
 }
 
 CategoryTreeModel::CategoryTreeModel(keywords::CCategoryTree& tree, QObject* parent)

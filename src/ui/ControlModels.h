@@ -15,7 +15,7 @@ class CCategoryTree;
 
 namespace gavelscope::ui {
 
-// Single-byte page text as the window shows it.
+// Single-byte page text (Windows-1252) as the window shows it.
 QString FromPageText(const std::string& text);
 
 // A category tree control as a Qt model: one node per item, with the item's colour and font. The

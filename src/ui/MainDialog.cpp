@@ -72,13 +72,37 @@ CMainDialog::CMainDialog(app::ControllerConfig config, app::IUserMessages* messa
 
   m_view->Attach(ViewId::TreeUK, MakeTree(Site::UK, m_treeUK));
   m_view->Attach(ViewId::TreeUSA, MakeTree(Site::USA, m_treeUSA));
-  m_view->Attach(ViewId::KeywordsUK, MakeList(m_keywordsUK, kKeywordArea, {365}));
-  m_view->Attach(ViewId::KeywordsUSA, MakeList(m_keywordsUSA, kKeywordArea, {365}));
-  m_view->Attach(ViewId::AuctionsUSA, MakeList(m_auctionsUSA, kListArea, {390, 390}));
-  m_view->Attach(ViewId::AuctionsUK, MakeList(m_auctionsUK, kListArea, {390, 390}));
-  m_view->Attach(ViewId::HotItemsUSA, MakeList(m_hotItemsUSA, kListArea, {95, 500, 100, 60}));
-  m_view->Attach(ViewId::HotItemsUK, MakeList(m_hotItemsUK, kListArea, {95, 500, 100, 60}));
-  m_view->Attach(ViewId::QueryResults, MakeList(m_queryResults, kListArea, {95, 500, 100, 60}));
+  for (Site site : {Site::UK, Site::USA}) {
+    keywords::CKeywordListCtrl& list = run.KeywordList(site);
+    QTableView* view = MakeList(site == Site::USA ? m_keywordsUSA : m_keywordsUK, kKeywordArea, {365});
+    connect(view, &QTableView::clicked, this,
+            [&list](const QModelIndex& index) { list.SetSelectionMark(index.row()); });
+    connect(view, &QTableView::doubleClicked, this, [&list](const QModelIndex&) { list.OnDoubleClick(); });
+    m_view->Attach(site == Site::USA ? ViewId::KeywordsUSA : ViewId::KeywordsUK, view);
+  }
+  for (Site site : {Site::USA, Site::UK}) {
+    auctions::CAuctionListCtrl& list = run.AuctionList(site);
+    QTableView* view = MakeList(site == Site::USA ? m_auctionsUSA : m_auctionsUK, kListArea, {390, 390});
+    connect(view, &QTableView::clicked, this,
+            [&list](const QModelIndex& index) { list.SetSelectionMark(index.row()); });
+    connect(view, &QTableView::doubleClicked, this, [&list](const QModelIndex&) { list.OnDoubleClick(); });
+    m_view->Attach(site == Site::USA ? ViewId::AuctionsUSA : ViewId::AuctionsUK, view);
+  }
+  const std::pair<ViewId, RowsModel*> itemViews[] = {
+      {ViewId::HotItemsUSA, m_hotItemsUSA}, {ViewId::HotItemsUK, m_hotItemsUK}, {ViewId::QueryResults, m_queryResults}};
+  for (const auto& [id, model] : itemViews) {
+    hotitems::CItemListCtrl& list = id == ViewId::HotItemsUSA  ? run.HotItemList(Site::USA)
+                                    : id == ViewId::HotItemsUK ? run.HotItemList(Site::UK)
+                                                               : run.QueryResults();
+    QTableView* view = MakeList(model, kListArea, {95, 500, 100, 60});
+    connect(view, &QTableView::clicked, this,
+            [&list](const QModelIndex& index) { list.SetSelectionMark(index.row()); });
+    connect(view, &QTableView::doubleClicked, this, [&list](const QModelIndex&) { list.OpenItemPage(); });
+    // These lists sort on a header click; a second click on the same column reverses the order.
+    connect(view->horizontalHeader(), &QHeaderView::sectionClicked, this,
+            [&list](int column) { list.OnHeaderClick(column); });
+    m_view->Attach(id, view);
+  }
 
   // Template controls: dialog units of 1.5 by 1.625 pixels.
   m_progress = new QProgressBar(this);

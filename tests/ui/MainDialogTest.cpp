@@ -6,7 +6,9 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QHeaderView>
 #include <QLineEdit>
+#include <QTableView>
 
 #include <cstdlib>
 
@@ -73,6 +75,25 @@ TEST_F(MainDialogTest, EnterInTheSearchEditSearchesAndNeverCloses) {
   EXPECT_TRUE(window.commands().skipDestroyOnce());
   ASSERT_EQ(messages.Messages().size(), 1U);
   EXPECT_EQ(messages.Messages()[0].text, "Please Input A Search Word !");
+}
+
+TEST_F(MainDialogTest, HeaderClicksSortTheHotItemListAndASecondReverses) {
+  testing::RecordingMessages messages;
+  CMainDialog window(Config(), &messages);
+  hotitems::CItemListCtrl& list = window.controller().HotItemList(Site::USA);
+  for (const char* bids : {"5", "-", "41"}) list.SetItemText(list.InsertItem(9, ""), 3, bids);
+  auto* view = window.findChildren<QTableView*>().at(4);
+  ASSERT_EQ(view->model()->headerData(0, Qt::Horizontal).toString(), "Date Ended");
+  emit view->horizontalHeader()->sectionClicked(3);
+  EXPECT_EQ(list.GetItemText(0, 3), "-");
+  emit view->horizontalHeader()->sectionClicked(3);
+  EXPECT_EQ(list.GetItemText(0, 3), "41");
+}
+
+TEST(PageText, ShowsWindows1252) {
+  EXPECT_EQ(FromPageText("\xA3"
+                         "5 \x80 \x93q\x94"),
+            QString::fromUtf8("£5 € “q”"));
 }
 
 }  // namespace
