@@ -2,6 +2,8 @@
 // Copyright 2026 The Gavelscope developers
 #include "ui/MainDialog.h"
 
+#include "ui/AnimatedPicture.h"
+
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -88,6 +90,24 @@ TEST_F(MainDialogTest, HeaderClicksSortTheHotItemListAndASecondReverses) {
   EXPECT_EQ(list.GetItemText(0, 3), "-");
   emit view->horizontalHeader()->sectionClicked(3);
   EXPECT_EQ(list.GetItemText(0, 3), "41");
+}
+
+TEST(AnimatedPicture, PlaysAThirdPartyAnimationUntilStopped) {
+  CAnimatedPicture picture;
+  ASSERT_TRUE(picture.LoadFromFile(
+      QString::fromStdString(std::string(GAVELSCOPE_TEST_DATA_DIR) + "/gif/peterdn-gif-test-suite/animated_loop.gif")));
+  EXPECT_EQ(picture.frameCount(), 4U);
+  EXPECT_EQ(picture.GetSize(), QSize(100, 100));
+  picture.Draw();
+  EXPECT_TRUE(picture.isPlaying());
+  // Frames hold for a second each here; the first one is drawn at once.
+  EXPECT_NE(picture.buffer().pixelColor(50, 50), picture.palette().color(QPalette::Window));
+  picture.Stop();
+  EXPECT_FALSE(picture.isPlaying());
+  EXPECT_EQ(picture.currentFrame(), 0U);
+  // Not a picture at all: nothing to show.
+  EXPECT_FALSE(picture.LoadFromMemory("GIF89a but no more"));
+  EXPECT_FALSE(picture.LoadFromMemory("plain text"));
 }
 
 TEST(PageText, ShowsWindows1252) {

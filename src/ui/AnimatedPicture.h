@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#pragma once
+
+#include <QImage>
+#include <QTimer>
+#include <QWidget>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "hotitems/PictureAnimation.h"
+
+namespace gavelscope::ui {
+
+// A picture that plays an animated GIF frame by frame with the GIF disposal rules, or shows a still
+// picture at its pixel size. Each frame is cut out of the GIF as a small GIF of its own and decoded
+// once, at load; a timer on the window's thread moves the animation on.
+class CAnimatedPicture : public QWidget, private hotitems::IPictureCanvas {
+ public:
+  explicit CAnimatedPicture(QWidget* parent = nullptr);
+
+  bool LoadFromFile(const QString& path);
+  bool LoadFromMemory(const std::string& data);
+  void Draw();
+  // Stops the animation; the next Draw goes on from the frame that was showing.
+  void Stop();
+  void UnLoad();
+  QSize GetSize() const { return m_pictureSize; }
+  void SetBkColor(QColor colour);
+
+  std::size_t frameCount() const { return m_frames.size(); }
+  bool isPlaying() const { return m_timer.isActive() || m_waitingForStop; }
+  std::size_t currentFrame() const { return m_animation ? m_animation->CurrentFrame() : 0; }
+  const QImage& buffer() const { return m_buffer; }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  bool PrepareBuffer(QSize size);
+  void ShowAndSchedule();
+  void OnTimer();
+
+  // The canvas the animation composes on.
+  void RenderFrame(std::size_t frame, const hotitems::FrameRect& rect) override;
+  void FillRect(const hotitems::FrameRect& rect, std::uint32_t colour) override;
+  void FillAll(std::uint32_t colour) override;
+  void SaveArea(const hotitems::FrameRect& rect) override;
+  void RestoreSavedArea(const hotitems::FrameRect& rect) override;
+
+  QSize m_pictureSize;
+  QImage m_buffer;
+  QImage m_still;
+  QImage m_saved;
+  std::vector<QImage> m_frames;
+  std::unique_ptr<hotitems::CPictureAnimation> m_animation;
+  QColor m_background = Qt::white;
+  QTimer m_timer;
+  bool m_waitingForStop = false;
+};
+
+}  // namespace gavelscope::ui
