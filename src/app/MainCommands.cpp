@@ -88,18 +88,32 @@ std::string CMainCommands::ExportTitle() const {
   return std::string("Export Todays ") + kKinds[static_cast<int>(m_tab)] + " List";
 }
 
+void CMainCommands::Export() {
+  const std::optional<std::filesystem::path> file =
+      m_messages.ChooseFile(FileChoice{ExportTitle(), "Text File (*.txt)", "txt", true});
+  if (file) ExportView(*file);
+}
+
 net::NetResult CMainCommands::ExportView(const std::filesystem::path& file) {
+  net::NetResult written{false, "no view"};
   switch (m_tab) {
     case Tab::Keywords:
-      return m_controller.Tree(m_site).ExportTop100(file);
+      written = m_controller.Tree(m_site).ExportTop100(file);
+      break;
     case Tab::Auctions:
-      return m_controller.AuctionList(m_site).ExportRows(file);
+      written = m_controller.AuctionList(m_site).ExportRows(file);
+      break;
     case Tab::HotItems:
-      return m_controller.HotItemList(m_site).ExportList(file);
+      written = m_controller.HotItemList(m_site).ExportList(file);
+      break;
     case Tab::Query:
-      return m_controller.QueryResults().ExportList(file);
+      written = m_controller.QueryResults().ExportList(file);
+      break;
   }
-  return {false, "no view"};
+  if (!written) {
+    m_messages.Show(UserMessage{"Cannot create the file " + file.string() + "\n" + written.error, text::kMessageTitle});
+  }
+  return written;
 }
 
 void CMainCommands::StopQuery() {

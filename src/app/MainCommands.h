@@ -40,7 +40,10 @@ class CMainCommands {
   bool skipDestroyOnce() const { return m_bSkipDestroyOnce; }
   // "Export Todays Keywords List" and so on, for the file dialog.
   std::string ExportTitle() const;
-  // Writes the visible list's export into the chosen file.
+  // Asks for a text file and writes the visible list's export into it.
+  void Export();
+  // Writes the visible list's export into `file`; a file that cannot be written is reported and
+  // keeps what it had.
   net::NetResult ExportView(const std::filesystem::path& file);
   void StopQuery();
   void OpenHomePage();

@@ -2,6 +2,8 @@
 // Copyright 2026 The Gavelscope developers
 #pragma once
 
+#include <filesystem>
+#include <optional>
 #include <string>
 
 namespace gavelscope::app {
@@ -16,12 +18,24 @@ struct UserMessage {
   bool systemModal = true;
 };
 
+// A file the user is asked to choose: the dialog's title, its one filter ("Text File (*.txt)") and
+// the suffix a bare name gets.
+struct FileChoice {
+  std::string title;
+  std::string filter;
+  std::string defaultSuffix;
+  bool save = true;
+};
+
 // Everything the core asks or tells the user goes through here: message boxes in the window,
 // stderr and exit codes in the CLI. May be called from any thread.
 class IUserMessages {
  public:
   virtual ~IUserMessages() = default;
   virtual MessageReply Show(const UserMessage& message) = 0;
+  // The chosen file, or nothing when the user cancels. Only the window can ask; elsewhere nobody
+  // chooses.
+  virtual std::optional<std::filesystem::path> ChooseFile(const FileChoice&) { return std::nullopt; }
 };
 
 // The system's own texts, byte for byte.

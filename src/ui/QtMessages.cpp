@@ -2,6 +2,7 @@
 // Copyright 2026 The Gavelscope developers
 #include "ui/QtMessages.h"
 
+#include <QFileDialog>
 #include <QMessageBox>
 #include <QThread>
 
@@ -29,6 +30,15 @@ app::MessageReply QtMessages::Show(const app::UserMessage& message) {
   if (QThread::currentThread() == thread()) return Ask(m_parent, message);
   OnGuiThread(this, [this, message] { Ask(m_parent, message); });
   return message.buttons == app::MessageButtons::YesNo ? app::MessageReply::Yes : app::MessageReply::Ok;
+}
+
+std::optional<std::filesystem::path> QtMessages::ChooseFile(const app::FileChoice& choice) {
+  QFileDialog dialog(m_parent, FromPageText(choice.title), QString(), FromPageText(choice.filter));
+  dialog.setAcceptMode(choice.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  dialog.setFileMode(choice.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  dialog.setDefaultSuffix(QString::fromStdString(choice.defaultSuffix));
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+  return std::filesystem::path(dialog.selectedFiles().front().toStdString());
 }
 
 }  // namespace gavelscope::ui

@@ -17,6 +17,8 @@ class QtMessages : public QObject, public app::IUserMessages {
  public:
   explicit QtMessages(QWidget* parent) : QObject(parent), m_parent(parent) {}
   app::MessageReply Show(const app::UserMessage& message) override;
+  // A file dialog owned by the window; it asks before overwriting an existing file.
+  std::optional<std::filesystem::path> ChooseFile(const app::FileChoice& choice) override;
 
  private:
   QPointer<QWidget> m_parent;

@@ -84,7 +84,11 @@ TEST_F(MainCommandsTest, ExportWritesTheVisibleListOrReportsTheFile) {
   EXPECT_EQ(m_commands.ExportTitle(), "Export Todays Hot Items List");
   ASSERT_TRUE(m_commands.ExportView(m_folder / "items.txt"));
   EXPECT_EQ(testing::ReadFileBytes(m_folder / "items.txt"), m_controller.HotItemList(Site::USA).ExportText());
+  const std::size_t shown = m_messages.Messages().size();
   EXPECT_FALSE(m_commands.ExportView(m_folder / "missing" / "items.txt"));
+  ASSERT_EQ(m_messages.Messages().size(), shown + 1);
+  EXPECT_NE(m_messages.Messages().back().text.find("missing/items.txt"), std::string::npos);
+  EXPECT_FALSE(std::filesystem::exists(m_folder / "missing"));
   m_commands.SelectTab(Tab::Query);
   EXPECT_EQ(m_commands.ExportTitle(), "Export Todays Hot Items Query Results List");
 }

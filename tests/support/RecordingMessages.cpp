@@ -15,6 +15,12 @@ app::MessageReply RecordingMessages::Show(const app::UserMessage& message) {
   return reply;
 }
 
+std::optional<std::filesystem::path> RecordingMessages::ChooseFile(const app::FileChoice& choice) {
+  std::lock_guard lock(m_mutex);
+  fileChoices.push_back(choice);
+  return chosenFile;
+}
+
 std::vector<app::UserMessage> RecordingMessages::Messages() const {
   std::lock_guard lock(m_mutex);
   return m_messages;

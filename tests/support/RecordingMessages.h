@@ -14,6 +14,8 @@ namespace gavelscope::testing {
 class RecordingMessages : public app::IUserMessages {
  public:
   app::MessageReply Show(const app::UserMessage& message) override;
+  // Answers with `chosenFile` (nothing = cancelled) and remembers what was asked.
+  std::optional<std::filesystem::path> ChooseFile(const app::FileChoice& choice) override;
 
   std::vector<app::UserMessage> Messages() const;
   // Waits until `count` messages have arrived; false after a generous limit, so that a broken
@@ -21,6 +23,8 @@ class RecordingMessages : public app::IUserMessages {
   bool WaitForCount(std::size_t count) const;
 
   app::MessageReply reply = app::MessageReply::Ok;
+  std::optional<std::filesystem::path> chosenFile;
+  std::vector<app::FileChoice> fileChoices;
 
  private:
   mutable std::mutex m_mutex;
