@@ -2,6 +2,9 @@
 // Copyright 2026 The Gavelscope developers
 #include <QApplication>
 #include <QMessageBox>
+#include <QPixmap>
+#include <QScreen>
+#include <QTimer>
 
 #include <clocale>
 #include <cstdlib>
@@ -20,10 +23,12 @@
 namespace {
 
 constexpr const char* kUsage =
-    "Usage: gavelscope [--connect-to HOST:PORT:ADDR:PORT]... [--sandbox]\n"
+    "Usage: gavelscope [--connect-to HOST:PORT:ADDR:PORT]... [--sandbox] [--screenshot FILE]\n"
     "\n"
     "Opens the Gavelscope window. --connect-to sends connections meant for HOST:PORT to ADDR:PORT\n"
     "(URLs and Host headers stay as they are); --sandbox starts the bundled stand-in sites.\n"
+    "--screenshot skips the welcome notice, saves a picture of the window to FILE (PNG) once the\n"
+    "start-up loads have finished, and closes the window.\n"
     "For the command-line program, see gavelscope-cli --help.\n";
 
 bool HasDisplay() {
@@ -46,6 +51,7 @@ int main(int argc, char** argv) {
   using namespace gavelscope;
   std::vector<std::string> connectTo;
   bool sandbox = false;
+  QString screenshot;
   for (int i = 1; i < argc; ++i) {
     const std::string arg = argv[i];
     if (arg == "--help" || arg == "-h") {
@@ -58,6 +64,8 @@ int main(int argc, char** argv) {
     }
     if (arg == "--sandbox") {
       sandbox = true;
+    } else if (arg == "--screenshot" && i + 1 < argc) {
+      screenshot = QString::fromLocal8Bit(argv[++i]);
     } else if (arg == "--connect-to" && i + 1 < argc) {
       connectTo.emplace_back(argv[++i]);
     } else {
@@ -98,7 +106,22 @@ int main(int argc, char** argv) {
     return 0;
   }
   ui::CMainDialog window(config);
+  int exitCode = 0;
+  if (!screenshot.isEmpty()) {
+    window.mainView().SetRunCompleteHandler([&] {
+      // Queued behind the view refreshes that the last loads posted, so the picture shows them.
+      QTimer::singleShot(0, &window, [&] {
+        window.repaint();
+        if (!window.screen()->grabWindow(window.winId()).save(screenshot, "PNG")) {
+          std::cerr << "gavelscope: cannot save the screenshot to " << screenshot.toStdString() << '\n';
+          exitCode = 1;
+        }
+        window.close();
+      });
+    });
+  }
   window.show();
-  window.Start();
-  return application.exec();
+  window.Start(screenshot.isEmpty());
+  const int code = application.exec();
+  return exitCode != 0 ? exitCode : code;
 }

@@ -2,26 +2,63 @@
 // Copyright 2026 The Gavelscope developers
 #include "ui/MainDialog.h"
 
+#include <QApplication>
 #include <QCloseEvent>
-#include <QHeaderView>
+#include <QKeyEvent>
 #include <QLineEdit>
+#include <QMenu>
+#include <QPainter>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QTableView>
-#include <QTreeView>
 
+#include "ui/AnimatedPicture.h"
+#include "ui/ControlViews.h"
 #include "ui/GuiThread.h"
+#include "ui/Resources.h"
 
 namespace gavelscope::ui {
 
 namespace {
 
+using app::Tab;
 using app::ViewId;
 using net::Site;
 
 const QRect kTreeArea(15, 135, 395, 400);
 const QRect kKeywordArea(415, 135, 365, 400);
 const QRect kListArea(15, 135, 765, 400);
+
+// The face's colours (the selected tab is orange, the button captions a muted blue).
+const QColor kSelectedTabFill(255, 204, 0);
+const QColor kButtonCaption(69, 69, 181);
+
+struct FaceText {
+  int x;
+  int y;
+  const char* text;
+};
+constexpr FaceText kButtonCaptions[] = {
+    {180, 100, "home"}, {230, 100, "refresh"}, {292, 100, "eXport"}, {351, 100, "my eBay"}, {422, 100, "Search:"}};
+constexpr FaceText kTabCaptions[] = {
+    {156, 5, "Todays Keywords"}, {157, 27, "Todays Auctions"}, {155, 49, "Hot Item History"}, {156, 71, "Hot Item Query"}};
+constexpr int kSeparatorsX[] = {221, 283, 342, 413};
+constexpr int kTabTops[] = {5, 27, 49, 71};
+// Tray menu positions of the four View items follow the tab order.
+constexpr int kFirstViewMenuItem = 2;
+
+QFont FaceFont() {
+  // The face's text is 17 pixels from the top of its character cell to the bottom; in this face
+  // that is an em of 15 pixels, which is what a pixel size means here.
+  QFont font(QStringLiteral("Times New Roman"));
+  font.setPixelSize(15);
+  font.setWeight(QFont::Bold);
+  return font;
+}
+
+// Text positions are the top-left corner of the text cell.
+void DrawFaceText(QPainter& painter, int x, int y, const QString& text) {
+  painter.drawText(QRect(x, y, 400, 40), Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine, text);
+}
 
 QStringList ItemHeaders(bool query) {
   return {query ? "Time Left" : "Date Ended", "Item Title", "Price", "Bids"};
@@ -49,13 +86,34 @@ RowsModel* KeywordModel(keywords::CKeywordListCtrl& list, QObject* parent) {
       [&list](int row, int) { return list.RowText(static_cast<std::size_t>(row)); }, parent);
 }
 
+int RegionAt(QPoint point) {
+  for (int region = 0; region < kFaceRegionCount; ++region) {
+    if (FaceRegionRect(static_cast<FaceRegion>(region)).contains(point)) return region;
+  }
+  return -1;
+}
+
 }  // namespace
 
-CMainDialog::CMainDialog(app::ControllerConfig config, app::IUserMessages* messages, QWidget* parent)
-    : QWidget(parent), m_messages(messages != nullptr ? messages : new QtMessages(this)), m_view(new QtMainView(this)) {
+QRect FaceRegionRect(FaceRegion region) {
+  static constexpr int kRects[kFaceRegionCount][4] = {
+      {148, 5, 270, 23},    {148, 27, 270, 45},   {148, 49, 270, 67},   {148, 71, 270, 89},  {180, 103, 213, 115},
+      {230, 103, 275, 115}, {292, 103, 334, 115}, {351, 103, 404, 115}, {422, 103, 464, 115}};
+  const auto& r = kRects[static_cast<int>(region)];
+  return QRect(QPoint(r[0], r[1]), QPoint(r[2] - 1, r[3] - 1));
+}
+
+CMainDialog::CMainDialog(app::ControllerConfig config, app::IUserMessages* messages, app::IBrowser* browser,
+                         QWidget* parent)
+    : CTrayDialog(parent), m_messages(messages != nullptr ? messages : new QtMessages(this)), m_view(new QtMainView(this)) {
   setWindowTitle(QString::fromLatin1(app::text::kWindowTitle));
   setFixedSize(kClientWidth, kClientHeight);
-  m_browser = std::make_unique<app::CBrowserLauncher>(*m_messages);
+  setMouseTracking(true);
+  if (browser == nullptr) {
+    m_ownBrowser = std::make_unique<app::CBrowserLauncher>(*m_messages);
+    browser = m_ownBrowser.get();
+  }
+  m_browser = browser;
   m_controller = std::make_unique<app::CRunController>(std::move(config), *m_view, *m_messages, *m_browser);
   m_commands = std::make_unique<app::CMainCommands>(*m_controller, *m_view, *m_messages, *m_browser);
 
@@ -70,94 +128,115 @@ CMainDialog::CMainDialog(app::ControllerConfig config, app::IUserMessages* messa
   m_hotItemsUK = ItemModel(run.HotItemList(Site::UK), this);
   m_queryResults = ItemModel(run.QueryResults(), this);
 
-  m_view->Attach(ViewId::TreeUK, MakeTree(Site::UK, m_treeUK));
-  m_view->Attach(ViewId::TreeUSA, MakeTree(Site::USA, m_treeUSA));
   for (Site site : {Site::UK, Site::USA}) {
-    keywords::CKeywordListCtrl& list = run.KeywordList(site);
-    QTableView* view = MakeList(site == Site::USA ? m_keywordsUSA : m_keywordsUK, kKeywordArea, {365});
-    connect(view, &QTableView::clicked, this,
-            [&list](const QModelIndex& index) { list.SetSelectionMark(index.row()); });
-    connect(view, &QTableView::doubleClicked, this, [&list](const QModelIndex&) { list.OnDoubleClick(); });
-    m_view->Attach(site == Site::USA ? ViewId::KeywordsUSA : ViewId::KeywordsUK, view);
+    const bool usa = site == Site::USA;
+    auto* tree = new CategoryTreeView(run.Tree(site), usa ? m_treeUSA : m_treeUK, this);
+    tree->setGeometry(kTreeArea);
+    Attach(usa ? ViewId::TreeUSA : ViewId::TreeUK, tree);
+    auto* keywords = new KeywordListView(run.KeywordList(site), usa ? m_keywordsUSA : m_keywordsUK, {365}, this);
+    keywords->setGeometry(kKeywordArea);
+    Attach(usa ? ViewId::KeywordsUSA : ViewId::KeywordsUK, keywords);
+    auto* auctions = new AuctionListView(run.AuctionList(site), usa ? m_auctionsUSA : m_auctionsUK, {390, 390}, this);
+    auctions->setGeometry(kListArea);
+    Attach(usa ? ViewId::AuctionsUSA : ViewId::AuctionsUK, auctions);
   }
-  for (Site site : {Site::USA, Site::UK}) {
-    auctions::CAuctionListCtrl& list = run.AuctionList(site);
-    QTableView* view = MakeList(site == Site::USA ? m_auctionsUSA : m_auctionsUK, kListArea, {390, 390});
-    connect(view, &QTableView::clicked, this,
-            [&list](const QModelIndex& index) { list.SetSelectionMark(index.row()); });
-    connect(view, &QTableView::doubleClicked, this, [&list](const QModelIndex&) { list.OnDoubleClick(); });
-    m_view->Attach(site == Site::USA ? ViewId::AuctionsUSA : ViewId::AuctionsUK, view);
+  const std::tuple<ViewId, RowsModel*, hotitems::CItemListCtrl*> itemViews[] = {
+      {ViewId::HotItemsUSA, m_hotItemsUSA, &run.HotItemList(Site::USA)},
+      {ViewId::HotItemsUK, m_hotItemsUK, &run.HotItemList(Site::UK)},
+      {ViewId::QueryResults, m_queryResults, &run.QueryResults()}};
+  for (const auto& [id, model, list] : itemViews) {
+    auto* items = new ItemListView(*list, model, {95, 500, 100, 60}, this);
+    items->setGeometry(kListArea);
+    Attach(id, items);
   }
-  const std::pair<ViewId, RowsModel*> itemViews[] = {
-      {ViewId::HotItemsUSA, m_hotItemsUSA}, {ViewId::HotItemsUK, m_hotItemsUK}, {ViewId::QueryResults, m_queryResults}};
-  for (const auto& [id, model] : itemViews) {
-    hotitems::CItemListCtrl& list = id == ViewId::HotItemsUSA  ? run.HotItemList(Site::USA)
-                                    : id == ViewId::HotItemsUK ? run.HotItemList(Site::UK)
-                                                               : run.QueryResults();
-    QTableView* view = MakeList(model, kListArea, {95, 500, 100, 60});
-    connect(view, &QTableView::clicked, this,
-            [&list](const QModelIndex& index) { list.SetSelectionMark(index.row()); });
-    connect(view, &QTableView::doubleClicked, this, [&list](const QModelIndex&) { list.OpenItemPage(); });
-    // These lists sort on a header click; a second click on the same column reverses the order.
-    connect(view->horizontalHeader(), &QHeaderView::sectionClicked, this,
-            [&list](int column) { list.OnHeaderClick(column); });
-    m_view->Attach(id, view);
-  }
-
-  // Template controls: dialog units of 1.5 by 1.625 pixels.
-  m_progress = new QProgressBar(this);
-  m_progress->setGeometry(231, 122, 239, 11);
-  m_progress->setTextVisible(false);
-  m_view->Attach(ViewId::Progress, m_progress);
-  m_search = new QLineEdit(this);
-  m_search->setGeometry(471, 101, 117, 20);
-  m_view->Attach(ViewId::Search, m_search);
-  m_pagesSearched = new QLineEdit(this);
-  m_pagesSearched->setGeometry(348, 549, 68, 28);
-  m_pagesSearched->setReadOnly(true);
-  m_pagesSearched->setAlignment(Qt::AlignCenter);
-  m_view->Attach(ViewId::PagesSearched, m_pagesSearched);
-  m_stopQuery = new QPushButton(this);
-  m_stopQuery->setGeometry(473, 546, 48, 37);
-  m_view->Attach(ViewId::StopQueryButton, m_stopQuery);
-
-  connect(m_stopQuery, &QPushButton::clicked, this, [this] { m_commands->StopQuery(); });
-  // Enter never closes the window; in the search edit it searches.
-  connect(m_search, &QLineEdit::returnPressed, this,
-          [this] { m_commands->EnterPressed(true, m_search->text().toLatin1().toStdString()); });
+  MakeTemplateControls();
+  MakePictures();
+  MakeTrayMenu();
+  LoadBackground(QPixmap(PicturePath(QStringLiteral("background.png"))));
+  const QIcon icon(PicturePath(QStringLiteral("gavelscope.png")));
+  setWindowIcon(icon);
+  SetTrayIcon(icon);
+  SetTrayTip(QStringLiteral("View Gavelscope Results"));
   WatchControls();
+  // Enter and Esc are seen before any child handles them.
+  qApp->installEventFilter(this);
+  m_commands->SelectTab(Tab::Keywords);
 }
 
 CMainDialog::~CMainDialog() {
+  qApp->removeEventFilter(this);
   // The controls are told to nobody before the models they would refresh go.
   m_controller->Shutdown();
 }
 
-QTreeView* CMainDialog::MakeTree(Site site, CategoryTreeModel* model) {
-  auto* view = new QTreeView(this);
-  view->setGeometry(kTreeArea);
-  view->setModel(model);
-  view->setHeaderHidden(true);
-  view->setExpandsOnDoubleClick(false);
-  keywords::CCategoryTree& tree = m_controller->Tree(site);
-  connect(view, &QTreeView::clicked, this, [&tree](const QModelIndex& index) {
-    tree.OnItemClicked(static_cast<keywords::TreeItem>(index.internalId()));
-  });
-  connect(view, &QTreeView::doubleClicked, this, [&tree](const QModelIndex&) { tree.OnDoubleClick(); });
-  return view;
+void CMainDialog::Attach(ViewId id, QWidget* widget) {
+  m_viewWidgets[static_cast<std::size_t>(id)] = widget;
+  m_view->Attach(id, widget);
 }
 
-QTableView* CMainDialog::MakeList(RowsModel* model, const QRect& geometry, const std::vector<int>& widths) {
-  auto* view = new QTableView(this);
-  view->setGeometry(geometry);
-  view->setModel(model);
-  view->setSelectionBehavior(QAbstractItemView::SelectRows);
-  view->setSelectionMode(QAbstractItemView::SingleSelection);
-  view->verticalHeader()->hide();
-  for (std::size_t column = 0; column < widths.size(); ++column) {
-    view->setColumnWidth(static_cast<int>(column), widths[column]);
+void CMainDialog::MakeTemplateControls() {
+  // Placed as the dialog template places them: dialog units of 1.5 by 1.625 pixels.
+  m_progress = new QProgressBar(this);
+  m_progress->setGeometry(231, 122, 239, 11);
+  m_progress->setTextVisible(false);
+  Attach(ViewId::Progress, m_progress);
+  m_search = new QLineEdit(this);
+  m_search->setGeometry(471, 101, 117, 20);
+  Attach(ViewId::Search, m_search);
+  m_pagesSearched = new QLineEdit(this);
+  m_pagesSearched->setGeometry(348, 549, 68, 28);
+  m_pagesSearched->setReadOnly(true);
+  m_pagesSearched->setAlignment(Qt::AlignCenter);
+  QFont bold(QStringLiteral("Arial"));
+  bold.setBold(true);
+  m_pagesSearched->setFont(bold);
+  Attach(ViewId::PagesSearched, m_pagesSearched);
+  m_stopQuery = new QPushButton(this);
+  m_stopQuery->setGeometry(473, 546, 48, 37);
+  m_stopQuery->setIconSize(m_stopQuery->size());
+  Attach(ViewId::StopQueryButton, m_stopQuery);
+  connect(m_stopQuery, &QPushButton::clicked, this, [this] { m_commands->StopQuery(); });
+}
+
+void CMainDialog::MakePictures() {
+  // The face owns every click and the hand cursor over the pictures, so they let the mouse
+  // through.
+  const auto picture = [this](QPoint at, QSize size) {
+    auto* shown = new CAnimatedPicture(this);
+    shown->setGeometry(QRect(at, size));
+    shown->setAttribute(Qt::WA_TransparentForMouseEvents);
+    return shown;
+  };
+  m_flagUSA = picture({15, 551}, {39, 20});
+  m_flagUK = picture({78, 551}, {42, 20});
+  m_banner = picture({753, 11}, {30, 33});
+  // Until a banner arrives its place is a black rectangle.
+  m_banner->setAutoFillBackground(true);
+  QPalette black = m_banner->palette();
+  black.setColor(QPalette::Window, Qt::black);
+  m_banner->setPalette(black);
+  SwitchSite();
+}
+
+void CMainDialog::MakeTrayMenu() {
+  auto* menu = new QMenu(QStringLiteral("TrayMenu"), this);
+  connect(menu->addAction(QStringLiteral("Gavelscope Home")), &QAction::triggered, this,
+          [this] { m_commands->OpenHomePage(); });
+  menu->addSeparator();
+  const std::pair<const char*, Tab> views[] = {{"View Keywords", Tab::Keywords},
+                                               {"View Auctions", Tab::Auctions},
+                                               {"View Hot Items", Tab::HotItems},
+                                               {"View Hot Items Query", Tab::Query}};
+  for (const auto& [text, tab] : views) {
+    connect(menu->addAction(QString::fromLatin1(text)), &QAction::triggered, this,
+            [this, tab = tab] { ViewFromTray(tab); });
   }
-  return view;
+  menu->addSeparator();
+  connect(menu->addAction(QStringLiteral("Exit")), &QAction::triggered, this, [this] {
+    close();
+    QCoreApplication::quit();
+  });
+  SetTrayMenu(menu);
 }
 
 void CMainDialog::WatchControls() {
@@ -182,8 +261,167 @@ void CMainDialog::Start(bool welcome) {
   if (welcome) m_controller->ShowWelcome();
 }
 
+void CMainDialog::OnClick(QPoint point) {
+  if (m_banner->geometry().contains(point)) {
+    // No banner yet, nothing to open.
+    if (!m_strBannerLink.empty()) m_browser->OpenUrlInBrowser(m_strBannerLink);
+  } else if (m_flagUSA->geometry().contains(point)) {
+    SelectSite(Site::USA);
+  } else if (m_flagUK->geometry().contains(point)) {
+    SelectSite(Site::UK);
+  }
+
+  const int region = RegionAt(point);
+  switch (static_cast<FaceRegion>(region)) {
+    case FaceRegion::TabKeywords:
+    case FaceRegion::TabAuctions:
+    case FaceRegion::TabHotItems:
+    case FaceRegion::TabQuery:
+      SelectTab(static_cast<Tab>(region));
+      break;
+    case FaceRegion::Home:
+      m_commands->OpenHomePage();
+      break;
+    case FaceRegion::Refresh:
+      m_controller->RefreshDisplay();
+      break;
+    case FaceRegion::Export:
+      m_commands->Export();
+      break;
+    case FaceRegion::MyEbay:
+      m_commands->OpenMyEbay();
+      break;
+    case FaceRegion::Search:
+      m_commands->SearchView(ToPageText(m_search->text()));
+      break;
+  }
+  if (region >= 0 && region != static_cast<int>(FaceRegion::TabQuery)) setCursor(Qt::PointingHandCursor);
+  repaint();
+}
+
+void CMainDialog::SelectTab(Tab tab) {
+  m_commands->SelectTab(tab);
+  update();
+}
+
+void CMainDialog::ViewFromTray(Tab tab) {
+  show();
+  RemoveTrayIcon();
+  SelectTab(tab);
+}
+
+void CMainDialog::SelectSite(Site site) {
+  if (m_commands->SelectSite(site)) SwitchSite();
+}
+
+void CMainDialog::SwitchSite() {
+  const bool usa = m_commands->site() == Site::USA;
+  m_flagUSA->Stop();
+  m_flagUK->Stop();
+  m_flagUSA->LoadFromFile(PicturePath(usa ? QStringLiteral("usaselected.gif") : QStringLiteral("usa.gif")));
+  m_flagUK->LoadFromFile(PicturePath(usa ? QStringLiteral("uk.gif") : QStringLiteral("ukselected.gif")));
+  m_flagUSA->Draw();
+  m_flagUK->Draw();
+}
+
+void CMainDialog::UpdateCursor(QPoint point) {
+  const bool overPicture = m_banner->geometry().contains(point) || m_flagUSA->geometry().contains(point) ||
+                           m_flagUK->geometry().contains(point);
+  if (overPicture || RegionAt(point) >= 0) {
+    setCursor(Qt::PointingHandCursor);
+  } else {
+    unsetCursor();
+  }
+}
+
+void CMainDialog::mousePressEvent(QMouseEvent* event) {
+  // Right clicks act exactly like left clicks on the face.
+  if (event->button() == Qt::LeftButton || event->button() == Qt::RightButton) OnClick(event->position().toPoint());
+  CTrayDialog::mousePressEvent(event);
+}
+
+void CMainDialog::mouseMoveEvent(QMouseEvent* event) {
+  UpdateCursor(event->position().toPoint());
+  CTrayDialog::mouseMoveEvent(event);
+}
+
+void CMainDialog::mouseReleaseEvent(QMouseEvent* event) {
+  UpdateCursor(event->position().toPoint());
+  CTrayDialog::mouseReleaseEvent(event);
+}
+
+void CMainDialog::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  PaintBackground(painter);
+  PaintFace(painter);
+}
+
+void CMainDialog::PaintFace(QPainter& painter) const {
+  painter.setFont(FaceFont());
+  painter.setPen(Qt::white);
+  DrawFaceText(painter, 22, 576, QStringLiteral("U.S.A"));
+  DrawFaceText(painter, 93, 576, QStringLiteral("UK"));
+
+  painter.setPen(kButtonCaption);
+  for (const FaceText& caption : kButtonCaptions) DrawFaceText(painter, caption.x, caption.y, caption.text);
+
+  // Separators and underlines end one pixel short, as line drawing leaves out the end point.
+  painter.setPen(Qt::black);
+  for (int x : kSeparatorsX) painter.drawLine(x, 103, x, 114);
+  for (int region = static_cast<int>(FaceRegion::Home); region < kFaceRegionCount; ++region) {
+    const QRect button = FaceRegionRect(static_cast<FaceRegion>(region));
+    painter.drawLine(button.left(), 115, button.right(), 115);
+  }
+
+  const int selected = static_cast<int>(m_commands->tab());
+  for (int tab = 0; tab < 4; ++tab) {
+    painter.fillRect(FaceRegionRect(static_cast<FaceRegion>(tab)), tab == selected ? kSelectedTabFill : Qt::white);
+  }
+  if (m_commands->tab() == Tab::Query) {
+    painter.setPen(Qt::white);
+    DrawFaceText(painter, 280, 555, QStringLiteral("Searched :"));
+    DrawFaceText(painter, 420, 555, QStringLiteral("Pages"));
+  }
+
+  painter.setPen(Qt::black);
+  for (const FaceText& caption : kTabCaptions) DrawFaceText(painter, caption.x, caption.y, caption.text);
+  painter.setBrush(Qt::NoBrush);
+  for (int top : kTabTops) painter.drawRect(QRect(148, top, 121, 17));
+  for (int top : {23, 45, 67}) painter.fillRect(QRect(198, top, 20, 4), Qt::black);
+}
+
+void CMainDialog::showEvent(QShowEvent* event) {
+  CTrayDialog::showEvent(event);
+  SetDefaultMenuItem(kFirstViewMenuItem + static_cast<int>(m_commands->tab()));
+}
+
+void CMainDialog::hideEvent(QHideEvent* event) {
+  CTrayDialog::hideEvent(event);
+  SetDefaultMenuItem(kFirstViewMenuItem + static_cast<int>(m_commands->tab()));
+}
+
+bool CMainDialog::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyPress) {
+    auto* widget = qobject_cast<QWidget*>(watched);
+    if (widget != nullptr && widget->window() == this) {
+      const int key = static_cast<QKeyEvent*>(event)->key();
+      if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        // Enter never closes the window; in the search edit it searches.
+        m_commands->EnterPressed(m_search->hasFocus(), ToPageText(m_search->text()));
+        return true;
+      }
+      if (key == Qt::Key_Escape) {
+        close();
+        return true;
+      }
+    }
+  }
+  return CTrayDialog::eventFilter(watched, event);
+}
+
 void CMainDialog::closeEvent(QCloseEvent* event) {
   m_controller->Shutdown();
+  RemoveTrayIcon();
   event->accept();
 }
 

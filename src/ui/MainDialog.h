@@ -2,9 +2,11 @@
 // Copyright 2026 The Gavelscope developers
 #pragma once
 
-#include <QWidget>
+#include <QRect>
 
+#include <array>
 #include <memory>
+#include <string>
 
 #include "app/BrowserLauncher.h"
 #include "app/MainCommands.h"
@@ -12,50 +14,85 @@
 #include "ui/ControlModels.h"
 #include "ui/QtMainView.h"
 #include "ui/QtMessages.h"
+#include "ui/TrayDialog.h"
 
 class QLineEdit;
 class QProgressBar;
 class QPushButton;
-class QTableView;
-class QTreeView;
 
 namespace gavelscope::ui {
 
-// The main window: one thin Qt view per headless control of the run controller, laid out on the
-// fixed-size client area. Workers never touch these widgets: a control that changed is redrawn on
-// this window's thread.
-class CMainDialog : public QWidget {
+class CAnimatedPicture;
+
+// The painted tabs and text buttons of the window face, in hit-test order.
+enum class FaceRegion { TabKeywords, TabAuctions, TabHotItems, TabQuery, Home, Refresh, Export, MyEbay, Search };
+inline constexpr int kFaceRegionCount = 9;
+
+// Where each region lies on the client area (right and bottom exclusive).
+QRect FaceRegionRect(FaceRegion region);
+
+// The main window: a fixed-size face with painted tabs and buttons, and one thin Qt view per
+// headless control of the run controller. Workers never touch these widgets: a control that
+// changed is redrawn on this window's thread.
+class CMainDialog : public CTrayDialog {
  public:
   static constexpr int kClientWidth = 794;
   static constexpr int kClientHeight = 593;
 
-  // `messages` replaces the message boxes (tests record them instead).
-  explicit CMainDialog(app::ControllerConfig config, app::IUserMessages* messages = nullptr, QWidget* parent = nullptr);
+  // `messages` and `browser` replace the message boxes and the web browser (tests record them).
+  explicit CMainDialog(app::ControllerConfig config, app::IUserMessages* messages = nullptr,
+                       app::IBrowser* browser = nullptr, QWidget* parent = nullptr);
   ~CMainDialog() override;
 
   // The start-up of the window: views, controller start, the welcome notice.
   void Start(bool welcome = true);
+
+  // A click of either mouse button on the face, in client coordinates.
+  void OnClick(QPoint point);
+  // What the tray menu's View and Exit items do.
+  void ViewFromTray(app::Tab tab);
+  void SetBannerLink(std::string link) { m_strBannerLink = std::move(link); }
 
   app::CRunController& controller() { return *m_controller; }
   app::CMainCommands& commands() { return *m_commands; }
   QtMainView& mainView() { return *m_view; }
   CategoryTreeModel& treeModel(net::Site site) { return site == net::Site::USA ? *m_treeUSA : *m_treeUK; }
   RowsModel& keywordModel(net::Site site) { return site == net::Site::USA ? *m_keywordsUSA : *m_keywordsUK; }
+  QWidget* view(app::ViewId id) const { return m_viewWidgets[static_cast<std::size_t>(id)]; }
   QLineEdit* searchEdit() const { return m_search; }
+  CAnimatedPicture* flag(net::Site site) const { return site == net::Site::USA ? m_flagUSA : m_flagUK; }
+  CAnimatedPicture* banner() const { return m_banner; }
 
  protected:
+  void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  QTreeView* MakeTree(net::Site site, CategoryTreeModel* model);
-  QTableView* MakeList(RowsModel* model, const QRect& geometry, const std::vector<int>& widths);
+  void Attach(app::ViewId id, QWidget* widget);
+  void MakeTemplateControls();
+  void MakePictures();
+  void MakeTrayMenu();
   void WatchControls();
+  void SelectTab(app::Tab tab);
+  void SelectSite(net::Site site);
+  void SwitchSite();
+  void UpdateCursor(QPoint point);
+  void PaintFace(QPainter& painter) const;
 
   app::IUserMessages* m_messages;
   QtMainView* m_view;
-  std::unique_ptr<app::CBrowserLauncher> m_browser;
+  std::unique_ptr<app::CBrowserLauncher> m_ownBrowser;
+  app::IBrowser* m_browser;
   std::unique_ptr<app::CRunController> m_controller;
   std::unique_ptr<app::CMainCommands> m_commands;
+  std::array<QWidget*, app::kViewCount> m_viewWidgets{};
+  std::string m_strBannerLink;
 
   CategoryTreeModel* m_treeUK = nullptr;
   CategoryTreeModel* m_treeUSA = nullptr;
@@ -70,6 +107,9 @@ class CMainDialog : public QWidget {
   QLineEdit* m_pagesSearched = nullptr;
   QProgressBar* m_progress = nullptr;
   QPushButton* m_stopQuery = nullptr;
+  CAnimatedPicture* m_flagUSA = nullptr;
+  CAnimatedPicture* m_flagUK = nullptr;
+  CAnimatedPicture* m_banner = nullptr;
 };
 
 }  // namespace gavelscope::ui

@@ -5,9 +5,11 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QProgressBar>
+#include <QPushButton>
 
 #include "ui/ControlModels.h"
 #include "ui/GuiThread.h"
+#include "ui/Resources.h"
 
 namespace gavelscope::ui {
 
@@ -72,6 +74,7 @@ void QtMainView::SetProgressBarColour(std::uint32_t colour) {
   OnGuiThread(this, [this, colour] {
     m_barColour = colour;
     ApplyProgressColours();
+    if (colour == app::kColourLoaded && m_onRunComplete) m_onRunComplete();
   });
 }
 
@@ -103,7 +106,13 @@ void QtMainView::EndWaitCursor() {
 }
 
 void QtMainView::SetStopButtonBitmap(int bitmap) {
-  OnGuiThread(this, [this, bitmap] { m_stopBitmap = bitmap; });
+  OnGuiThread(this, [this, bitmap] {
+    m_stopBitmap = bitmap;
+    if (auto* button = qobject_cast<QPushButton*>(m_views[static_cast<std::size_t>(app::ViewId::StopQueryButton)])) {
+      button->setIcon(QIcon(PicturePath(bitmap == app::kBitmapQueryRunning ? QStringLiteral("stop-active.png")
+                                                                           : QStringLiteral("stop-idle.png"))));
+    }
+  });
 }
 
 void QtMainView::ShowWindow() {

@@ -6,6 +6,7 @@
 #include <QWidget>
 
 #include <array>
+#include <functional>
 
 #include "app/MainView.h"
 
@@ -37,6 +38,9 @@ class QtMainView : public QObject, public app::IMainView {
   void ShowWindow() override;
   void RepaintNow() override;
 
+  // Called on the window's thread when a run's last load has completed.
+  void SetRunCompleteHandler(std::function<void()> handler) { m_onRunComplete = std::move(handler); }
+
   int stopButtonBitmap() const { return m_stopBitmap; }
   std::uint32_t barColour() const { return m_barColour; }
 
@@ -51,6 +55,7 @@ class QtMainView : public QObject, public app::IMainView {
   int m_waitCursor = 0;
   std::uint32_t m_barColour = 0;
   std::uint32_t m_backColour = 0xFFFFFF;
+  std::function<void()> m_onRunComplete;
 };
 
 }  // namespace gavelscope::ui

@@ -9,11 +9,17 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPushButton>
 #include <QTableView>
 
 #include <cstdlib>
+#include <set>
 
+#include "support/RecordingBrowser.h"
 #include "support/RecordingMessages.h"
 #include "support/SandboxFixture.h"
 #include "support/TempFolder.h"
@@ -22,6 +28,22 @@ namespace gavelscope::ui {
 namespace {
 
 using net::Site;
+
+using app::ViewId;
+
+// The views the tabs switch: lists, trees, the pages counter and the stop button.
+bool ListOrPageView(ViewId id) {
+  return id != ViewId::Progress && id != ViewId::Search && id != ViewId::FlagUSA && id != ViewId::FlagUK &&
+         id != ViewId::Banner;
+}
+
+int CountPixels(const QImage& image, const QRect& area, const QColor& colour) {
+  int count = 0;
+  for (int y = area.top(); y <= area.bottom(); ++y) {
+    for (int x = area.left(); x <= area.right(); ++x) count += image.pixelColor(x, y) == colour ? 1 : 0;
+  }
+  return count;
+}
 
 // Lets the window's thread handle what the workers queued until `done` holds (or a generous limit).
 template <typename Condition>
@@ -67,16 +89,240 @@ TEST_F(MainDialogTest, ShowsTheLoadsOfARunAndTurnsTheBarRedAtTheEnd) {
   EXPECT_EQ(window.keywordModel(Site::USA).rowCount(), static_cast<int>(controller.KeywordList(Site::USA).RowCount()));
 }
 
-TEST_F(MainDialogTest, EnterInTheSearchEditSearchesAndNeverCloses) {
+// A click of `button` at a point of the window's client area, through the window's own handlers.
+void Click(QWidget& window, QPoint point, Qt::MouseButton button = Qt::LeftButton) {
+  QMouseEvent press(QEvent::MouseButtonPress, point, window.mapToGlobal(point), button, button, Qt::NoModifier);
+  QApplication::sendEvent(&window, &press);
+  QMouseEvent release(QEvent::MouseButtonRelease, point, window.mapToGlobal(point), button, Qt::NoButton,
+                      Qt::NoModifier);
+  QApplication::sendEvent(&window, &release);
+}
+
+void Click(QWidget& window, FaceRegion region, Qt::MouseButton button = Qt::LeftButton) {
+  Click(window, FaceRegionRect(region).center(), button);
+}
+
+void PressKey(QWidget* widget, int key) {
+  QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+  QApplication::sendEvent(widget, &press);
+}
+
+std::set<ViewId> VisibleViews(const CMainDialog& window) {
+  std::set<ViewId> visible;
+  for (int id = 0; id < app::kViewCount; ++id) {
+    const QWidget* widget = window.view(static_cast<ViewId>(id));
+    if (widget != nullptr && widget->isVisible() && ListOrPageView(static_cast<ViewId>(id))) {
+      visible.insert(static_cast<ViewId>(id));
+    }
+  }
+  return visible;
+}
+
+// A window that has not started its run: its views and commands, without the sites.
+class IdleWindowTest : public ::testing::Test {
+ protected:
+  static app::ControllerConfig Config(const std::filesystem::path& cache) {
+    app::ControllerConfig config;
+    config.profile = net::CompiledProfile();
+    config.cacheFolder = cache;
+    return config;
+  }
+  void FillAuctions() {
+    auctions::CAuctionListCtrl& list = m_window.controller().AuctionList(Site::USA);
+    for (const char* name : {"Pottery", "Glass", "Silver Plate"}) list.InsertRow(list.RowCount(), {name, "12", nullptr});
+  }
+  testing::TempFolder m_folder;
+  testing::RecordingMessages m_messages;
+  testing::RecordingBrowser m_browser;
+  CMainDialog m_window{Config(m_folder.path()), &m_messages, &m_browser};
+};
+
+TEST_F(IdleWindowTest, TabClicksShowTheirViewSetsAndTheFaceMarksTheTab) {
+  m_window.show();
+  EXPECT_EQ(VisibleViews(m_window), (std::set<ViewId>{ViewId::TreeUSA, ViewId::KeywordsUSA}));
+  const std::pair<FaceRegion, std::set<ViewId>> tabs[] = {
+      {FaceRegion::TabAuctions, {ViewId::AuctionsUSA}},
+      {FaceRegion::TabHotItems, {ViewId::HotItemsUSA}},
+      {FaceRegion::TabQuery, {ViewId::QueryResults, ViewId::PagesSearched, ViewId::StopQueryButton}},
+      {FaceRegion::TabKeywords, {ViewId::TreeUSA, ViewId::KeywordsUSA}}};
+  for (const auto& [region, shown] : tabs) {
+    // Right clicks act as left clicks do.
+    Click(m_window, region, region == FaceRegion::TabHotItems ? Qt::RightButton : Qt::LeftButton);
+    EXPECT_EQ(VisibleViews(m_window), shown) << static_cast<int>(region);
+    const QImage face = m_window.grab().toImage();
+    for (int tab = 0; tab < 4; ++tab) {
+      // Inside the frame, left of the caption.
+      const QColor fill = face.pixelColor(FaceRegionRect(static_cast<FaceRegion>(tab)).topLeft() + QPoint(3, 3));
+      EXPECT_EQ(fill, tab == static_cast<int>(region) ? QColor(255, 204, 0) : QColor(Qt::white)) << tab;
+    }
+    // "Searched :" and "Pages" stand beside the pages counter on the query tab only.
+    const bool query = region == FaceRegion::TabQuery;
+    EXPECT_EQ(CountPixels(face, QRect(280, 555, 60, 17), Qt::white) > 20, query);
+    EXPECT_EQ(CountPixels(face, QRect(420, 555, 40, 17), Qt::white) > 20, query);
+  }
+}
+
+TEST_F(IdleWindowTest, FlagClicksSwitchTheSiteOnceAndLeaveTheQueryTabAlone) {
+  m_window.show();
+  const QPoint ukFlag = m_window.flag(Site::UK)->geometry().center();
+  const QPoint usaFlag = m_window.flag(Site::USA)->geometry().center();
+  Click(m_window, FaceRegion::TabAuctions);
+  Click(m_window, usaFlag);
+  EXPECT_EQ(VisibleViews(m_window), std::set<ViewId>{ViewId::AuctionsUSA});
+  const std::size_t usaFrames = m_window.flag(Site::USA)->frameCount();
+  Click(m_window, ukFlag);
+  EXPECT_EQ(VisibleViews(m_window), std::set<ViewId>{ViewId::AuctionsUK});
+  EXPECT_EQ(m_window.commands().site(), Site::UK);
+  // The selected site's flag is the animated one.
+  EXPECT_GT(m_window.flag(Site::UK)->frameCount(), 1U);
+  EXPECT_NE(m_window.flag(Site::USA)->frameCount(), usaFrames);
+  EXPECT_TRUE(m_window.flag(Site::UK)->isPlaying());
+
+  Click(m_window, FaceRegion::TabQuery);
+  Click(m_window, usaFlag);
+  EXPECT_EQ(m_window.commands().site(), Site::USA);
+  EXPECT_EQ(VisibleViews(m_window), (std::set<ViewId>{ViewId::QueryResults, ViewId::PagesSearched,
+                                                         ViewId::StopQueryButton}));
+}
+
+TEST_F(IdleWindowTest, SearchFindsTheWordInTheVisibleListOrSaysWhy) {
+  m_window.show();
+  FillAuctions();
+  Click(m_window, FaceRegion::TabAuctions);
+  Click(m_window, FaceRegion::Search);
+  ASSERT_EQ(m_messages.Messages().size(), 1U);
+  EXPECT_EQ(m_messages.Messages()[0].text, "Please Input A Search Word !");
+
+  m_window.searchEdit()->setText("plate");
+  Click(m_window, FaceRegion::Search);
+  EXPECT_EQ(m_window.controller().AuctionList(Site::USA).GetSelectionMark(), 2);
+  // Enter in the search edit searches on from the mark; nothing further matches.
+  m_window.activateWindow();
+  ASSERT_TRUE(ProcessEventsUntil([&] { return m_window.isActiveWindow(); }));
+  m_window.searchEdit()->setFocus();
+  PressKey(m_window.searchEdit(), Qt::Key_Return);
+  ASSERT_EQ(m_messages.Messages().size(), 2U);
+  EXPECT_EQ(m_messages.Messages()[1].text, "Item Not Found !");
+}
+
+TEST_F(IdleWindowTest, EnterNeverClosesTheWindowButEscDoes) {
+  m_window.show();
+  PressKey(m_window.view(ViewId::KeywordsUSA), Qt::Key_Enter);
+  PressKey(&m_window, Qt::Key_Return);
+  EXPECT_TRUE(m_window.isVisible());
+  EXPECT_TRUE(m_window.commands().skipDestroyOnce());
+  // Enter outside the search edit searches nothing.
+  EXPECT_TRUE(m_messages.Messages().empty());
+  PressKey(m_window.view(ViewId::KeywordsUSA), Qt::Key_Escape);
+  EXPECT_FALSE(m_window.isVisible());
+}
+
+TEST_F(IdleWindowTest, ExportWritesTheVisibleListToTheChosenFileOrReportsIt) {
+  FillAuctions();
+  Click(m_window, FaceRegion::TabAuctions);
+  // Cancelled: nothing written, nothing said.
+  Click(m_window, FaceRegion::Export);
+  ASSERT_EQ(m_messages.fileChoices.size(), 1U);
+  EXPECT_EQ(m_messages.fileChoices[0].title, "Export Todays Auctions List");
+  EXPECT_EQ(m_messages.fileChoices[0].filter, "Text File (*.txt)");
+  EXPECT_TRUE(m_messages.Messages().empty());
+
+  m_messages.chosenFile = m_folder.path() / "auctions.txt";
+  Click(m_window, FaceRegion::Export);
+  EXPECT_EQ(testing::ReadFileBytes(m_folder.path() / "auctions.txt"),
+            m_window.controller().AuctionList(Site::USA).ExportText());
+  ASSERT_EQ(m_messages.Messages().size(), 1U);
+  EXPECT_EQ(m_messages.Messages()[0].text, "List Has Been Successfully Exported.");
+
+  m_messages.chosenFile = m_folder.path() / "no such folder" / "auctions.txt";
+  Click(m_window, FaceRegion::Export);
+  ASSERT_EQ(m_messages.Messages().size(), 2U);
+  EXPECT_NE(m_messages.Messages()[1].text.find("no such folder/auctions.txt"), std::string::npos);
+  EXPECT_FALSE(std::filesystem::exists(m_folder.path() / "no such folder"));
+}
+
+TEST_F(IdleWindowTest, ButtonsOpenTheirPagesAndTheStopButtonTellsThereIsNoQuery) {
+  Click(m_window, FaceRegion::Home);
+  Click(m_window, FaceRegion::MyEbay);
+  EXPECT_EQ(m_browser.Opened().size(), 2U);
+  // No banner has arrived: its place opens nothing.
+  Click(m_window, m_window.banner()->geometry().center());
+  EXPECT_EQ(m_browser.Opened().size(), 2U);
+  m_window.findChild<QPushButton*>()->click();
+  ASSERT_EQ(m_messages.Messages().size(), 1U);
+  EXPECT_EQ(m_messages.Messages()[0].title, "Gavelscope Error");
+}
+
+TEST_F(IdleWindowTest, TheBarTurnsRedAtTheSeventhCompletionOnly) {
+  app::CRunController& controller = m_window.controller();
+  for (int load = 1; load <= 6; ++load) controller.OnThreadFinished();
+  QCoreApplication::processEvents();
+  EXPECT_NE(m_window.mainView().barColour(), app::kColourLoaded);
+  controller.OnThreadFinished();
+  QCoreApplication::processEvents();
+  EXPECT_EQ(m_window.mainView().barColour(), app::kColourLoaded);
+}
+
+TEST_F(IdleWindowTest, MinimisingHidesIntoTheTrayAndTheMenuBringsAViewBack) {
+  m_window.SetTrayAvailable([] { return true; });
+  m_window.show();
+  Click(m_window, FaceRegion::TabHotItems);
+  m_window.setWindowState(Qt::WindowMinimized);
+  ASSERT_TRUE(ProcessEventsUntil([&] { return !m_window.isVisible(); }));
+  EXPECT_TRUE(m_window.IsTrayIconShown());
+  QMenu* menu = m_window.trayMenu();
+  emit menu->aboutToShow();
+  ASSERT_NE(menu->defaultAction(), nullptr);
+  EXPECT_EQ(menu->defaultAction()->text(), "View Hot Items");
+  QStringList texts;
+  for (const QAction* action : menu->actions()) texts << (action->isSeparator() ? "-" : action->text());
+  EXPECT_EQ(texts, (QStringList{"Gavelscope Home", "-", "View Keywords", "View Auctions", "View Hot Items",
+                                "View Hot Items Query", "-", "Exit"}));
+
+  menu->actions()[3]->trigger();
+  EXPECT_TRUE(m_window.isVisible());
+  EXPECT_FALSE(m_window.IsTrayIconShown());
+  EXPECT_EQ(m_window.commands().tab(), app::Tab::Auctions);
+  // Double-clicking the icon restores the window as well.
+  m_window.setWindowState(Qt::WindowMinimized);
+  ASSERT_TRUE(ProcessEventsUntil([&] { return !m_window.isVisible(); }));
+  m_window.OnTrayLButtonDblClk();
+  EXPECT_TRUE(m_window.isVisible());
+  EXPECT_FALSE(m_window.IsTrayIconShown());
+}
+
+TEST_F(IdleWindowTest, WithoutATrayMinimisingLeavesTheWindowAsItWas) {
+  m_window.SetTrayAvailable([] { return false; });
+  m_window.show();
+  m_window.setWindowState(Qt::WindowMinimized);
+  ASSERT_TRUE(ProcessEventsUntil([&] { return !m_window.isMinimized(); }));
+  EXPECT_TRUE(m_window.isVisible());
+  EXPECT_FALSE(m_window.IsTrayIconShown());
+}
+
+TEST_F(MainDialogTest, RefreshWhileRefreshingSaysSo) {
   testing::RecordingMessages messages;
   CMainDialog window(Config(), &messages);
-  window.show();
-  window.searchEdit()->setText("");
-  emit window.searchEdit()->returnPressed();
-  EXPECT_TRUE(window.isVisible());
-  EXPECT_TRUE(window.commands().skipDestroyOnce());
-  ASSERT_EQ(messages.Messages().size(), 1U);
-  EXPECT_EQ(messages.Messages()[0].text, "Please Input A Search Word !");
+  window.Start(false);
+  Click(window, FaceRegion::Refresh);
+  Click(window, FaceRegion::Refresh);
+  ASSERT_FALSE(messages.Messages().empty());
+  EXPECT_EQ(messages.Messages().back().text, "System Is Already Refreshing Display");
+}
+
+TEST_F(MainDialogTest, ClosingWhileEveryWorkerWaitsEndsWithinTwoSeconds) {
+  testing::RecordingMessages messages;
+  app::ControllerConfig config = Config();
+  config.profile.uk.listingRoot = "http://listings.ebay.co.uk/_test/hang";
+  config.profile.usa.listingRoot = "http://listings.ebay.com/_test/hang";
+  auto window = std::make_unique<CMainDialog>(config, &messages);
+  window->show();
+  window->Start(false);
+  QElapsedTimer timer;
+  timer.start();
+  window->close();
+  window.reset();
+  EXPECT_LT(timer.elapsed(), 2000);
 }
 
 TEST_F(MainDialogTest, HeaderClicksSortTheHotItemListAndASecondReverses) {
@@ -84,7 +330,8 @@ TEST_F(MainDialogTest, HeaderClicksSortTheHotItemListAndASecondReverses) {
   CMainDialog window(Config(), &messages);
   hotitems::CItemListCtrl& list = window.controller().HotItemList(Site::USA);
   for (const char* bids : {"5", "-", "41"}) list.SetItemText(list.InsertItem(9, ""), 3, bids);
-  auto* view = window.findChildren<QTableView*>().at(4);
+  auto* view = qobject_cast<QTableView*>(window.view(ViewId::HotItemsUSA));
+  ASSERT_NE(view, nullptr);
   ASSERT_EQ(view->model()->headerData(0, Qt::Horizontal).toString(), "Date Ended");
   emit view->horizontalHeader()->sectionClicked(3);
   EXPECT_EQ(list.GetItemText(0, 3), "-");
