@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
@@ -11,9 +12,11 @@
 #include <QProgressBar>
 #include <QPushButton>
 
+#include "ui/AboutDialog.h"
 #include "ui/AnimatedPicture.h"
 #include "ui/ControlViews.h"
 #include "ui/GuiThread.h"
+#include "ui/QueryDialog.h"
 #include "ui/Resources.h"
 
 namespace gavelscope::ui {
@@ -276,8 +279,11 @@ void CMainDialog::OnClick(QPoint point) {
     case FaceRegion::TabKeywords:
     case FaceRegion::TabAuctions:
     case FaceRegion::TabHotItems:
-    case FaceRegion::TabQuery:
       SelectTab(static_cast<Tab>(region));
+      break;
+    case FaceRegion::TabQuery:
+      SelectTab(Tab::Query);
+      AskForNewQuery();
       break;
     case FaceRegion::Home:
       m_commands->OpenHomePage();
@@ -297,6 +303,44 @@ void CMainDialog::OnClick(QPoint point) {
   }
   if (region >= 0 && region != static_cast<int>(FaceRegion::TabQuery)) setCursor(Qt::PointingHandCursor);
   repaint();
+}
+
+bool CMainDialog::AskForNewQuery() {
+  // Asked on every click of the tab, also when it is already selected.
+  const app::MessageReply reply = m_messages->Show(app::UserMessage{
+      "Are you sure you wish to make a new query?", "Warning - This may take a while !", app::MessageButtons::YesNo});
+  if (reply != app::MessageReply::Yes) return false;
+  // A running query is stopped, and said so, before the new one is defined.
+  if (m_controller->IsQueryRunning()) m_commands->StopQuery();
+  const bool started = m_queryDialog ? m_queryDialog() : [this] {
+    CQueryDialog dialog(*m_controller, *m_messages, this);
+    return dialog.exec() == QDialog::Accepted;
+  }();
+  if (!started) return false;
+  m_controller->SetPagesSearchedText("0");
+  m_messages->Show(app::UserMessage{"Your new query has now began - you will be notified when search has ended.  "
+                                    "Feel free to use Gavelscope normally while you wait.",
+                                    "Searching !"});
+  return true;
+}
+
+void CMainDialog::ShowAbout() {
+  auto* about = new CAboutDlg(m_controller->config().profile.vendor.supportEmail, this);
+  about->setAttribute(Qt::WA_DeleteOnClose);
+  about->open();
+}
+
+void CMainDialog::contextMenuEvent(QContextMenuEvent* event) {
+  // The face's regions and pictures take right clicks as clicks; the bare face offers the About
+  // box, which a desktop without a window menu has nowhere else to put.
+  const QPoint point = event->pos();
+  if (RegionAt(point) >= 0 || m_banner->geometry().contains(point) || m_flagUSA->geometry().contains(point) ||
+      m_flagUK->geometry().contains(point)) {
+    return;
+  }
+  QMenu menu(this);
+  connect(menu.addAction(QStringLiteral("&About Gavelscope...")), &QAction::triggered, this, &CMainDialog::ShowAbout);
+  menu.exec(event->globalPos());
 }
 
 void CMainDialog::SelectTab(Tab tab) {
@@ -408,6 +452,10 @@ bool CMainDialog::eventFilter(QObject* watched, QEvent* event) {
       if (key == Qt::Key_Return || key == Qt::Key_Enter) {
         // Enter never closes the window; in the search edit it searches.
         m_commands->EnterPressed(m_search->hasFocus(), ToPageText(m_search->text()));
+        return true;
+      }
+      if (key == Qt::Key_F1) {
+        ShowAbout();
         return true;
       }
       if (key == Qt::Key_Escape) {

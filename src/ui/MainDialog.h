@@ -5,6 +5,7 @@
 #include <QRect>
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -52,6 +53,12 @@ class CMainDialog : public CTrayDialog {
   // What the tray menu's View and Exit items do.
   void ViewFromTray(app::Tab tab);
   void SetBannerLink(std::string link) { m_strBannerLink = std::move(link); }
+  // The query tab's question, then the query dialog; true when a new query was started.
+  bool AskForNewQuery();
+  // Replaces the modal query dialog (tests answer it themselves); returns whether it started a run.
+  void SetQueryDialog(std::function<bool()> dialog) { m_queryDialog = std::move(dialog); }
+  // The About box, over the window but not blocking it.
+  void ShowAbout();
 
   app::CRunController& controller() { return *m_controller; }
   app::CMainCommands& commands() { return *m_commands; }
@@ -71,6 +78,7 @@ class CMainDialog : public CTrayDialog {
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
@@ -93,6 +101,7 @@ class CMainDialog : public CTrayDialog {
   std::unique_ptr<app::CMainCommands> m_commands;
   std::array<QWidget*, app::kViewCount> m_viewWidgets{};
   std::string m_strBannerLink;
+  std::function<bool()> m_queryDialog;
 
   CategoryTreeModel* m_treeUK = nullptr;
   CategoryTreeModel* m_treeUSA = nullptr;

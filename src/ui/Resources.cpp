@@ -20,7 +20,6 @@ QStringList CandidateFolders() {
     folders << programFolder + QStringLiteral("/resources")
             << QDir::cleanPath(programFolder + QStringLiteral("/../share/gavelscope"));
   }
-  folders << QStringLiteral(GAVELSCOPE_RESOURCE_DIR);
   return folders;
 }
 

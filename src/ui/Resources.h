@@ -7,8 +7,9 @@
 namespace gavelscope::ui {
 
 // The window's pictures are found beside the program, never in the working directory: first in
-// "resources" next to the executable (a build tree), then in "../share/gavelscope" (an installed
-// tree), last in the source tree's resources/ (test programs, which live elsewhere in the build).
+// "resources" next to the executable (a build tree; the test programs get a copy of their own),
+// then in "../share/gavelscope" (an installed tree). An installed program never reads the source
+// tree.
 
 // The full path of the picture `name` ("usa.gif"), or an empty string when no folder holds it.
 QString PicturePath(const QString& name);

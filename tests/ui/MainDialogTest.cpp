@@ -2,6 +2,7 @@
 // Copyright 2026 The Gavelscope developers
 #include "ui/MainDialog.h"
 
+#include "ui/AboutDialog.h"
 #include "ui/AnimatedPicture.h"
 
 #include <gtest/gtest.h>
@@ -139,6 +140,7 @@ class IdleWindowTest : public ::testing::Test {
 
 TEST_F(IdleWindowTest, TabClicksShowTheirViewSetsAndTheFaceMarksTheTab) {
   m_window.show();
+  m_messages.reply = app::MessageReply::No;
   EXPECT_EQ(VisibleViews(m_window), (std::set<ViewId>{ViewId::TreeUSA, ViewId::KeywordsUSA}));
   const std::pair<FaceRegion, std::set<ViewId>> tabs[] = {
       {FaceRegion::TabAuctions, {ViewId::AuctionsUSA}},
@@ -149,21 +151,28 @@ TEST_F(IdleWindowTest, TabClicksShowTheirViewSetsAndTheFaceMarksTheTab) {
     // Right clicks act as left clicks do.
     Click(m_window, region, region == FaceRegion::TabHotItems ? Qt::RightButton : Qt::LeftButton);
     EXPECT_EQ(VisibleViews(m_window), shown) << static_cast<int>(region);
+    // On a high-density screen the face is drawn at the screen's scale (run again with
+    // QT_SCALE_FACTOR=2).
     const QImage face = m_window.grab().toImage();
+    const qreal scale = face.devicePixelRatio();
+    EXPECT_EQ(face.size(), QSize(794, 593) * scale);
     for (int tab = 0; tab < 4; ++tab) {
       // Inside the frame, left of the caption.
-      const QColor fill = face.pixelColor(FaceRegionRect(static_cast<FaceRegion>(tab)).topLeft() + QPoint(3, 3));
-      EXPECT_EQ(fill, tab == static_cast<int>(region) ? QColor(255, 204, 0) : QColor(Qt::white)) << tab;
+      const QPoint inside = FaceRegionRect(static_cast<FaceRegion>(tab)).topLeft() + QPoint(3, 3);
+      EXPECT_EQ(face.pixelColor(inside * scale), tab == static_cast<int>(region) ? QColor(255, 204, 0) : QColor(Qt::white))
+          << tab;
     }
     // "Searched :" and "Pages" stand beside the pages counter on the query tab only.
     const bool query = region == FaceRegion::TabQuery;
-    EXPECT_EQ(CountPixels(face, QRect(280, 555, 60, 17), Qt::white) > 20, query);
-    EXPECT_EQ(CountPixels(face, QRect(420, 555, 40, 17), Qt::white) > 20, query);
+    const auto scaled = [scale](QRect area) { return QRect(area.topLeft() * scale, area.size() * scale); };
+    EXPECT_EQ(CountPixels(face, scaled(QRect(280, 555, 60, 17)), Qt::white) > 20, query);
+    EXPECT_EQ(CountPixels(face, scaled(QRect(420, 555, 40, 17)), Qt::white) > 20, query);
   }
 }
 
 TEST_F(IdleWindowTest, FlagClicksSwitchTheSiteOnceAndLeaveTheQueryTabAlone) {
   m_window.show();
+  m_messages.reply = app::MessageReply::No;
   const QPoint ukFlag = m_window.flag(Site::UK)->geometry().center();
   const QPoint usaFlag = m_window.flag(Site::USA)->geometry().center();
   Click(m_window, FaceRegion::TabAuctions);
@@ -183,6 +192,54 @@ TEST_F(IdleWindowTest, FlagClicksSwitchTheSiteOnceAndLeaveTheQueryTabAlone) {
   EXPECT_EQ(m_window.commands().site(), Site::USA);
   EXPECT_EQ(VisibleViews(m_window), (std::set<ViewId>{ViewId::QueryResults, ViewId::PagesSearched,
                                                          ViewId::StopQueryButton}));
+}
+
+TEST_F(IdleWindowTest, TheQueryTabAsksOnEveryClickAndNoKeepsTheLastResults) {
+  int dialogs = 0;
+  m_window.SetQueryDialog([&] { return ++dialogs, true; });
+  m_window.show();
+  m_messages.reply = app::MessageReply::No;
+  Click(m_window, FaceRegion::TabQuery);
+  Click(m_window, FaceRegion::TabQuery);
+  ASSERT_EQ(m_messages.Messages().size(), 2U);
+  EXPECT_EQ(m_messages.Messages()[1].text, "Are you sure you wish to make a new query?");
+  EXPECT_EQ(m_messages.Messages()[1].title, "Warning - This may take a while !");
+  EXPECT_EQ(dialogs, 0);
+  EXPECT_EQ(VisibleViews(m_window), (std::set<ViewId>{ViewId::QueryResults, ViewId::PagesSearched,
+                                                         ViewId::StopQueryButton}));
+  // The tray's View item shows the tab without asking.
+  m_window.ViewFromTray(app::Tab::Query);
+  EXPECT_EQ(m_messages.Messages().size(), 2U);
+}
+
+TEST_F(IdleWindowTest, ANewQueryStopsTheRunningOneFirstAndThenSaysItBegan) {
+  app::CRunController& controller = m_window.controller();
+  bool runningWhenAsked = true;
+  m_window.SetQueryDialog([&] {
+    runningWhenAsked = controller.IsQueryRunning();
+    return true;
+  });
+  controller.SetPagesSearchedText("41");
+  controller.SetQueryRunning(true);
+  m_messages.reply = app::MessageReply::Yes;
+  Click(m_window, FaceRegion::TabQuery);
+  EXPECT_FALSE(runningWhenAsked);
+  std::vector<std::string> titles;
+  for (const app::UserMessage& message : m_messages.Messages()) titles.push_back(message.title);
+  EXPECT_EQ(titles, (std::vector<std::string>{"Warning - This may take a while !", "Search Aborted", "Searching !"}));
+  QCoreApplication::processEvents();
+  EXPECT_EQ(qobject_cast<QLineEdit*>(m_window.view(ViewId::PagesSearched))->text(), "0");
+}
+
+TEST_F(IdleWindowTest, F1OpensTheAboutBoxWithItsPicture) {
+  m_window.show();
+  PressKey(m_window.view(ViewId::TreeUSA), Qt::Key_F1);
+  auto* about = m_window.findChild<CAboutDlg*>();
+  ASSERT_NE(about, nullptr);
+  EXPECT_TRUE(about->isVisible());
+  EXPECT_EQ(about->windowTitle(), "About Gavelscope");
+  EXPECT_GT(about->picture()->frameCount(), 1U);
+  EXPECT_TRUE(about->picture()->isPlaying());
 }
 
 TEST_F(IdleWindowTest, SearchFindsTheWordInTheVisibleListOrSaysWhy) {

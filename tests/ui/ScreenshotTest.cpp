@@ -22,14 +22,11 @@ int CountPixels(const QImage& image, const QRect& area, const std::function<bool
   return count;
 }
 
-TEST(Screenshot, TheWindowOnAnXServerShowsTheLoadedSandbox) {
-  const QString picture = QStringLiteral(GAVELSCOPE_SCREENSHOT);
-  std::filesystem::create_directories(std::filesystem::path(picture.toStdString()).parent_path());
-  std::filesystem::remove(picture.toStdString());
+// Runs `program` with `arguments` on a fresh X server from `folder`, with a private runtime and
+// cache folder; true when it ended with exit code 0.
+bool RunOnXServer(const QString& program, const QStringList& arguments, const QString& folder = {}) {
   QTemporaryDir home;
-  ASSERT_TRUE(home.isValid());
-
-  QProcess program;
+  QProcess process;
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
   // The X server's platform, whatever the other window tests use; a folder of its own for the
   // single-instance lock and the downloads.
@@ -39,14 +36,19 @@ TEST(Screenshot, TheWindowOnAnXServerShowsTheLoadedSandbox) {
   if (!environment.contains(QStringLiteral("LSAN_OPTIONS"))) {
     environment.insert(QStringLiteral("LSAN_OPTIONS"), QStringLiteral("suppressions=" GAVELSCOPE_LSAN_SUPPRESSIONS));
   }
-  program.setProcessEnvironment(environment);
-  program.setProcessChannelMode(QProcess::ForwardedChannels);
-  program.start(QStringLiteral("xvfb-run"),
-                {"-a", "-s", "-screen 0 1024x768x24", QStringLiteral(GAVELSCOPE_PROGRAM), "--sandbox", "--screenshot",
-                 picture});
-  ASSERT_TRUE(program.waitForStarted());
-  ASSERT_TRUE(program.waitForFinished(120000));
-  ASSERT_EQ(program.exitCode(), 0);
+  process.setProcessEnvironment(environment);
+  process.setProcessChannelMode(QProcess::ForwardedChannels);
+  if (!folder.isEmpty()) process.setWorkingDirectory(folder);
+  process.start(QStringLiteral("xvfb-run"), QStringList{"-a", "-s", "-screen 0 1024x768x24", program} + arguments);
+  return home.isValid() && process.waitForStarted() && process.waitForFinished(120000) &&
+         process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+}
+
+TEST(Screenshot, TheWindowOnAnXServerShowsTheLoadedSandbox) {
+  const QString picture = QStringLiteral(GAVELSCOPE_SCREENSHOT);
+  std::filesystem::create_directories(std::filesystem::path(picture.toStdString()).parent_path());
+  std::filesystem::remove(picture.toStdString());
+  ASSERT_TRUE(RunOnXServer(QStringLiteral(GAVELSCOPE_PROGRAM), {"--sandbox", "--screenshot", picture}));
 
   const QImage shot(picture);
   ASSERT_FALSE(shot.isNull()) << picture.toStdString();
@@ -66,6 +68,37 @@ TEST(Screenshot, TheWindowOnAnXServerShowsTheLoadedSandbox) {
                      : 0;
   }
   EXPECT_GT(blueLines, 100);
+}
+
+TEST(Install, TheInstalledProgramStartsFromAnyFolderAndFindsItsPictures) {
+  QTemporaryDir prefix;
+  ASSERT_TRUE(prefix.isValid());
+  QProcess install;
+  install.setProcessChannelMode(QProcess::ForwardedChannels);
+  install.start(QStringLiteral(GAVELSCOPE_CMAKE),
+                {"--install", QStringLiteral(GAVELSCOPE_BUILD_DIR), "--prefix", prefix.path()});
+  ASSERT_TRUE(install.waitForFinished(120000));
+  ASSERT_EQ(install.exitCode(), 0);
+  const std::filesystem::path root = prefix.path().toStdString();
+  for (const char* file : {"bin/gavelscope", "bin/gavelscope-cli", "share/gavelscope/usaselected.gif",
+                           "share/applications/gavelscope.desktop", "share/icons/hicolor/48x48/apps/gavelscope.png"}) {
+    EXPECT_TRUE(std::filesystem::is_regular_file(root / file)) << file;
+  }
+
+  const QString picture = prefix.filePath(QStringLiteral("shot.png"));
+  ASSERT_TRUE(RunOnXServer(prefix.filePath(QStringLiteral("bin/gavelscope")), {"--sandbox", "--screenshot", picture},
+                           QStringLiteral("/")));
+  const QImage shot(picture);
+  const QImage tile(prefix.filePath(QStringLiteral("share/gavelscope/background.png")));
+  ASSERT_FALSE(shot.isNull());
+  ASSERT_FALSE(tile.isNull());
+  // The background is the installed tile, repeated; the USA flag is drawn at its place.
+  for (QPoint at : {QPoint(3, 3), QPoint(tile.width() + 5, 7), QPoint(9, tile.height() + 2)}) {
+    EXPECT_EQ(shot.pixelColor(at), tile.pixelColor(at.x() % tile.width(), at.y() % tile.height())) << at.x();
+  }
+  const QImage flag(prefix.filePath(QStringLiteral("share/gavelscope/usaselected.gif")));
+  EXPECT_EQ(shot.pixelColor(15 + flag.width() / 2, 551 + flag.height() / 2),
+            flag.pixelColor(flag.width() / 2, flag.height() / 2));
 }
 
 }  // namespace

@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#pragma once
+
+#include <QDialog>
+#include <QString>
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "app/RunController.h"
+#include "app/UserMessages.h"
+#include "net/SiteProfile.h"
+#include "query/MySettings.h"
+
+class QCheckBox;
+class QLabel;
+class QLineEdit;
+class QListWidget;
+class QPushButton;
+class QRadioButton;
+
+namespace gavelscope::ui {
+
+// The dialog's controls. Each widget's objectName is its number, so a test finds it by id.
+enum QueryControl : int {
+  kStartQuery = 1,
+  kCancelQuery = 2,
+  kSaveQuery = 1000,
+  kBidsGreater = 1015,
+  kBidsLess = 1016,
+  kBidsRange = 1017,
+  kBidsGreaterEdit = 1018,
+  kBidsLessEdit = 1019,
+  kBidsFromEdit = 1020,
+  kBidsToEdit = 1021,
+  kDaysGreater = 1022,
+  kDaysLess = 1023,
+  kDaysRange = 1024,
+  kDaysGreaterEdit = 1027,
+  kCategoryList = 1028,
+  kDaysLessEdit = 1029,
+  kDaysFromEdit = 1030,
+  kDaysToEdit = 1031,
+  kSortDateEnded = 1035,
+  kAscending = 1036,
+  kKeywords = 1037,
+  kAnyBids = 1038,
+  kAnyDays = 1039,
+  kAnyPrice = 1040,
+  kInternational = 1041,
+  kUnitedKingdom = 1042,
+  kCurrencyGreater = 1043,
+  kCurrencyLess = 1044,
+  kPriceGreater = 1046,
+  kPriceLess = 1047,
+  kPriceRange = 1048,
+  kPriceGreaterEdit = 1049,
+  kPriceLessEdit = 1050,
+  kPriceFromEdit = 1051,
+  kPriceToEdit = 1052,
+  kSortTitle = 1053,
+  kSortPrice = 1054,
+  kSortBids = 1055,
+  kLoadQuery = 1059,
+  kPageDepth = 1060,
+};
+
+// The values the edits held when they last passed their checks. The query itself is read from the
+// edits' texts; these are what the edits show again after a save or a load, so a field that failed
+// its check falls back to its last good value.
+struct QueryMembers {
+  std::string m_strKeywords;
+  std::int32_t m_nBidsFrom = 0;
+  std::int32_t m_nDaysFrom = 0;
+  std::int32_t m_nPriceFrom = 0;
+  std::int32_t m_nBidsGreater = 0;
+  std::int32_t m_nDaysGreater = 0;
+  std::int32_t m_nBidsLess = 0;
+  std::int32_t m_nDaysLess = 0;
+  std::int32_t m_nPriceLess = 0;
+  std::int32_t m_nBidsTo = 0;
+  std::int32_t m_nDaysTo = 0;
+  std::int32_t m_nPriceTo = 0;
+  std::int32_t m_nPriceGreater = 0;
+  std::int32_t m_nPageDepth = 0;
+};
+
+// Defines a hot item query: three numeric filters, categories, keywords, Site, page depth and the
+// sort of the finished list. Start Query hands it to a new run of the controller and closes with
+// Accepted; Save Query and Load Query keep it in a query file.
+class CQueryDialog : public QDialog {
+ public:
+  CQueryDialog(app::CRunController& controller, app::IUserMessages& messages, QWidget* parent = nullptr);
+
+  // The query the controls describe, without its categories.
+  query::CMySettings CollectQuery() const;
+  // Shows a saved query in the controls.
+  void ApplyQuery(const query::CMySettings& settings);
+
+  void StartQuery();
+  void SaveQuery();
+  void LoadQuery();
+
+  QRadioButton* radio(int id) const;
+  QLineEdit* edit(int id) const;
+  QCheckBox* checkBox(int id) const;
+  QLabel* currencyLabel(int id) const;
+  QPushButton* button(int id) const;
+  QListWidget* categoryList() const { return m_categories; }
+
+ private:
+  // One of Bid Count, Date Range and Price Range, with the restore memory of its any-range box.
+  struct FilterGroup {
+    std::array<QRadioButton*, 3> radios{};  // greater (more) than, less than, from
+    std::array<QLineEdit*, 4> edits{};      // greater, less, from, to
+    QCheckBox* any = nullptr;
+    QRadioButton* savedRadio = nullptr;
+    QLineEdit* savedEdit = nullptr;
+    QLineEdit* savedEdit2 = nullptr;
+  };
+
+  void MakeFilterGroup(std::size_t index);
+  void MakeLowerControls();
+  void OnTestRadio(FilterGroup& group, QRadioButton* clicked);
+  void OnAnyRange(FilterGroup& group, bool checked);
+  void OnCountry(net::Site site);
+  void FillCategoryList(net::Site site);
+  // Reads the edits into the members with their checks. The first field that fails is reported
+  // and ends the exchange there; the fields after it keep their earlier values.
+  bool ExchangeIn();
+  void ShowMembers();
+  void ClearEditMemory();
+  std::vector<std::string> SelectedNames() const;
+  net::Site ChosenSite() const;
+
+  app::CRunController& m_controller;
+  app::IUserMessages& m_messages;
+  QueryMembers m_members;
+  std::array<FilterGroup, 3> m_filters;            // bids, days, price
+  std::array<QRadioButton*, 4> m_sortRadios{};     // date ended, item title, price, bids
+  std::array<QRadioButton*, 2> m_countryRadios{};  // international, united kingdom
+  QCheckBox* m_ascending = nullptr;
+  std::array<QLabel*, 2> m_currency{};
+  QListWidget* m_categories = nullptr;
+};
+
+}  // namespace gavelscope::ui
