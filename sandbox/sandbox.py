@@ -32,8 +32,13 @@ Test paths, on every HTTP host:
     /_test/hang                        never answers; the connection closes when the sandbox stops
     /_test/slow?bytes=N                200, N bytes sent 1 KiB at a time, 10 ms apart
     /_test/cut?body=PERCENT-ENCODED    200, promises more bytes than the body, sends the body, hangs up
+    /_test/file?name=NAME              200, the bytes of NAME in the FTP home directory now; 404 when
+                                       it has none. A test rewrites the file to change the answer
+    /_test/reads?name=NAME&least=N     200, the number of requests for /_test/file?name=NAME so far,
+                                       answered once it reaches N (or the sandbox stops)
 """
 import argparse
+import collections
 import logging
 import os
 import shutil
@@ -151,6 +156,22 @@ class SandboxHandler(BaseHTTPRequestHandler):
             self.wfile.write(body)
         self.close_connection = True
 
+    def test_file(self, query: str, send_body: bool):
+        name = os.path.basename(query_value(query, "name") or "")
+        self.server.count_read(name)
+        try:
+            with open(os.path.join(self.server.ftp_root, name), "rb") as source:
+                body = source.read()
+        except OSError:
+            self.reply(404, b"Not Found\n", "text/plain", send_body)
+            return
+        self.reply(200, body, content_type(name), send_body)
+
+    def test_reads(self, query: str, send_body: bool):
+        name = os.path.basename(query_value(query, "name") or "")
+        reads = self.server.wait_for_reads(name, int(query_value(query, "least") or "0"))
+        self.reply(200, f"{reads}\n".encode(), "text/plain", send_body)
+
     def test_slow(self, query: str, send_body: bool):
         size = int(query_value(query, "bytes") or "0")
         self.send_response(200)
@@ -173,6 +194,8 @@ class SandboxHandler(BaseHTTPRequestHandler):
         "/_test/hang": test_hang,
         "/_test/slow": test_slow,
         "/_test/cut": test_cut,
+        "/_test/file": test_file,
+        "/_test/reads": test_reads,
     }
 
 
@@ -187,10 +210,28 @@ def content_type(path: str) -> str:
 class SandboxHttpServer(ThreadingHTTPServer):
     daemon_threads = True
 
-    def __init__(self, generator: SiteGenerator):
+    def __init__(self, generator: SiteGenerator, ftp_root: str):
         super().__init__(("127.0.0.1", 0), SandboxHandler)
         self.generator = generator
+        self.ftp_root = ftp_root
         self.stopping = threading.Event()  # releases the requests that wait for the end
+        self.reads = collections.Counter()  # requests per file of /_test/file
+        self.reads_changed = threading.Condition()
+
+    def count_read(self, name: str):
+        with self.reads_changed:
+            self.reads[name] += 1
+            self.reads_changed.notify_all()
+
+    def wait_for_reads(self, name: str, least: int) -> int:
+        with self.reads_changed:
+            self.reads_changed.wait_for(lambda: self.reads[name] >= least or self.stopping.is_set())
+            return self.reads[name]
+
+    def stop_waiting(self):
+        with self.reads_changed:
+            self.stopping.set()
+            self.reads_changed.notify_all()
 
     def handle_error(self, request, client_address):
         if not isinstance(sys.exc_info()[1], (ConnectionError, TimeoutError)):
@@ -269,7 +310,7 @@ def main(argv=None) -> int:
     fill_ftp_root(root, generator.ftp_files())
     quiet_ftp_logging()
 
-    http = SandboxHttpServer(generator)
+    http = SandboxHttpServer(generator, root)
     ftp = FtpThread(root)
     threading.Thread(target=http.serve_forever, kwargs={"poll_interval": 0.1}, name="http",
                      daemon=True).start()
@@ -285,7 +326,7 @@ def main(argv=None) -> int:
     except BrokenPipeError:
         sys.stdout = None  # the parent went away before reading the protocol; just clean up
     finally:
-        http.stopping.set()
+        http.stop_waiting()
         http.shutdown()
         http.server_close()
         ftp.stop()

@@ -53,6 +53,12 @@ bool TextFeed::ReadLine(std::string& line) {
   return true;
 }
 
+long TextFeed::responseCode() const {
+  long code = 0;
+  curl_easy_getinfo(m_transfer->handle(), CURLINFO_RESPONSE_CODE, &code);
+  return code;
+}
+
 FeedOpenResult OpenTextFeed(const std::shared_ptr<Session>& session, std::string_view url, std::stop_token stop) {
   auto transfer = std::make_unique<Transfer>(session, url, std::move(stop));
   transfer->SetReadChunkSize(kFeedChunkBytes);

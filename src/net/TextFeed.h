@@ -27,6 +27,9 @@ class TextFeed {
   // A failure while reading ends the feed after the last complete line; failed() then tells.
   bool ReadLine(std::string& line);
   bool failed() const { return m_failed; }
+  // The server's reply code (an HTTP status), 0 when none came. A feed opens on any answer, a
+  // "404 Not Found" page included; callers that need the resource itself look here.
+  long responseCode() const;
 
  private:
   std::unique_ptr<Transfer> m_transfer;
