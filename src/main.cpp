@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Copyright 2026 The Gavelscope developers
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QMessageBox>
 #include <QPixmap>
@@ -111,6 +112,8 @@ int main(int argc, char** argv) {
     window.mainView().SetRunCompleteHandler([&] {
       // Queued behind the view refreshes that the last loads posted, so the picture shows them.
       QTimer::singleShot(0, &window, [&] {
+        // Views lay out their rows late, from a timer of their own; the picture must not beat them.
+        for (QAbstractItemView* view : window.findChildren<QAbstractItemView*>()) view->doItemsLayout();
         window.repaint();
         if (!window.screen()->grabWindow(window.winId()).save(screenshot, "PNG")) {
           std::cerr << "gavelscope: cannot save the screenshot to " << screenshot.toStdString() << '\n';

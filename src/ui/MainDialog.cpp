@@ -3,6 +3,8 @@
 #include "ui/MainDialog.h"
 
 #include <QApplication>
+
+#include <cstdio>
 #include <QCloseEvent>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -168,6 +170,7 @@ CMainDialog::CMainDialog(app::ControllerConfig config, app::IUserMessages* messa
 
 CMainDialog::~CMainDialog() {
   qApp->removeEventFilter(this);
+  m_bannerThread.reset();
   // The controls are told to nobody before the models they would refresh go.
   m_controller->Shutdown();
 }
@@ -261,6 +264,11 @@ void CMainDialog::WatchControls() {
 
 void CMainDialog::Start(bool welcome) {
   m_controller->Start();
+  const app::ControllerConfig& config = m_controller->config();
+  m_bannerThread = std::make_unique<hotitems::CLoadBannerThread>(config.profile, config.net, config.cacheFolder,
+                                                                 static_cast<hotitems::IBannerSink&>(*this),
+                                                                 m_bannerTiming);
+  m_bannerThread->Start();
   if (welcome) m_controller->ShowWelcome();
 }
 
@@ -368,6 +376,27 @@ void CMainDialog::SwitchSite() {
   m_flagUK->Draw();
 }
 
+void CMainDialog::ShowBanner(const std::filesystem::path& picture, const std::string& link) {
+  // Read here: the next banner overwrites the file while the window may not have shown this one.
+  std::string bytes;
+  if (std::FILE* file = std::fopen(picture.c_str(), "rb")) {
+    char chunk[4096];
+    for (std::size_t read; (read = std::fread(chunk, 1, sizeof chunk, file)) > 0;) bytes.append(chunk, read);
+    std::fclose(file);
+  }
+  OnGuiThread(this, [this, bytes = std::move(bytes), link] { ShowBannerPicture(bytes, link); });
+}
+
+void CMainDialog::ShowBannerPicture(const std::string& bytes, const std::string& link) {
+  m_banner->Stop();
+  // A picture that cannot be shown leaves the place empty for its time; its link still counts.
+  if (m_banner->LoadFromMemory(bytes)) m_banner->Draw();
+  const QSize size = m_banner->GetSize();
+  // The banner's top right corner sits at the client area's top right corner.
+  m_banner->setGeometry(kClientWidth - size.width(), 0, size.width(), size.height());
+  m_strBannerLink = link;
+}
+
 void CMainDialog::UpdateCursor(QPoint point) {
   const bool overPicture = m_banner->geometry().contains(point) || m_flagUSA->geometry().contains(point) ||
                            m_flagUK->geometry().contains(point);
@@ -468,6 +497,7 @@ bool CMainDialog::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void CMainDialog::closeEvent(QCloseEvent* event) {
+  if (m_bannerThread) m_bannerThread->Stop();
   m_controller->Shutdown();
   RemoveTrayIcon();
   event->accept();

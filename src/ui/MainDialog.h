@@ -12,6 +12,7 @@
 #include "app/BrowserLauncher.h"
 #include "app/MainCommands.h"
 #include "app/RunController.h"
+#include "hotitems/LoadBannerThread.h"
 #include "ui/ControlModels.h"
 #include "ui/QtMainView.h"
 #include "ui/QtMessages.h"
@@ -35,7 +36,7 @@ QRect FaceRegionRect(FaceRegion region);
 // The main window: a fixed-size face with painted tabs and buttons, and one thin Qt view per
 // headless control of the run controller. Workers never touch these widgets: a control that
 // changed is redrawn on this window's thread.
-class CMainDialog : public CTrayDialog {
+class CMainDialog : public CTrayDialog, private hotitems::IBannerSink {
  public:
   static constexpr int kClientWidth = 794;
   static constexpr int kClientHeight = 593;
@@ -45,14 +46,17 @@ class CMainDialog : public CTrayDialog {
                        app::IBrowser* browser = nullptr, QWidget* parent = nullptr);
   ~CMainDialog() override;
 
-  // The start-up of the window: views, controller start, the welcome notice.
+  // The start-up of the window: views, controller start, the banner rotation, the welcome notice.
   void Start(bool welcome = true);
+  // How long the banners stay; set before Start (tests shorten the minute).
+  void SetBannerTiming(hotitems::BannerTiming timing) { m_bannerTiming = timing; }
 
   // A click of either mouse button on the face, in client coordinates.
   void OnClick(QPoint point);
   // What the tray menu's View and Exit items do.
   void ViewFromTray(app::Tab tab);
   void SetBannerLink(std::string link) { m_strBannerLink = std::move(link); }
+  const std::string& bannerLink() const { return m_strBannerLink; }
   // The query tab's question, then the query dialog; true when a new query was started.
   bool AskForNewQuery();
   // Replaces the modal query dialog (tests answer it themselves); returns whether it started a run.
@@ -92,6 +96,9 @@ class CMainDialog : public CTrayDialog {
   void SwitchSite();
   void UpdateCursor(QPoint point);
   void PaintFace(QPainter& painter) const;
+  // Called on the banner thread with the picture it fetched.
+  void ShowBanner(const std::filesystem::path& picture, const std::string& link) override;
+  void ShowBannerPicture(const std::string& bytes, const std::string& link);
 
   app::IUserMessages* m_messages;
   QtMainView* m_view;
@@ -119,6 +126,9 @@ class CMainDialog : public CTrayDialog {
   CAnimatedPicture* m_flagUSA = nullptr;
   CAnimatedPicture* m_flagUK = nullptr;
   CAnimatedPicture* m_banner = nullptr;
+  hotitems::BannerTiming m_bannerTiming;
+  // Declared last: it goes first, before anything it shows a banner in.
+  std::unique_ptr<hotitems::CLoadBannerThread> m_bannerThread;
 };
 
 }  // namespace gavelscope::ui

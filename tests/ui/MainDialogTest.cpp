@@ -357,6 +357,42 @@ TEST_F(IdleWindowTest, WithoutATrayMinimisingLeavesTheWindowAsItWas) {
   EXPECT_FALSE(m_window.IsTrayIconShown());
 }
 
+TEST_F(MainDialogTest, TheBannerRotatesAtTheTopRightCornerAndOpensItsLink) {
+  const std::string keywords = "http://www.gavelscope.example/offers/keywords.html";
+  const std::string auctions = "http://www.gavelscope.example/offers/auctions.html";
+  testing::WriteFileBytes(Sandbox().ftpRoot() / "window-banners.txt",
+                          "1|" + keywords + "|KeywordsBanner.gif|\n2|" + auctions + "|AuctionsBanner.gif|\n");
+  app::ControllerConfig config = Config();
+  config.profile.vendor.bannerListPath = "/_test/file?name=window-banners.txt";
+  testing::RecordingMessages messages;
+  testing::RecordingBrowser browser;
+  CMainDialog window(config, &messages, &browser);
+  window.SetBannerTiming({.minute = std::chrono::milliseconds(300)});
+  window.show();
+  window.Start(false);
+
+  // The links in the order the window showed them, each once per showing.
+  std::vector<std::string> shown;
+  const auto showing = [&](std::size_t count) {
+    return ProcessEventsUntil([&] {
+      if (!window.bannerLink().empty() && (shown.empty() || shown.back() != window.bannerLink())) {
+        shown.push_back(window.bannerLink());
+      }
+      return shown.size() >= count;
+    });
+  };
+  ASSERT_TRUE(showing(1));
+  // The sandbox's banners are 120 by 60 pixels.
+  EXPECT_EQ(window.banner()->geometry(), QRect(794 - 120, 0, 120, 60));
+  EXPECT_GT(window.banner()->frameCount(), 1U);
+  const std::string clicked = window.bannerLink();
+  Click(window, window.banner()->geometry().center());
+  EXPECT_EQ(browser.Opened(), std::vector<std::string>{clicked});
+  // Then the second line for its two minutes, then the list again from its first line.
+  ASSERT_TRUE(showing(3));
+  EXPECT_EQ(shown, (std::vector<std::string>{keywords, auctions, keywords}));
+}
+
 TEST_F(MainDialogTest, RefreshWhileRefreshingSaysSo) {
   testing::RecordingMessages messages;
   CMainDialog window(Config(), &messages);
