@@ -418,20 +418,6 @@ TEST_F(MainDialogTest, ClosingWhileEveryWorkerWaitsEndsWithinTwoSeconds) {
   EXPECT_LT(timer.elapsed(), 2000);
 }
 
-TEST_F(MainDialogTest, HeaderClicksSortTheHotItemListAndASecondReverses) {
-  testing::RecordingMessages messages;
-  CMainDialog window(Config(), &messages);
-  hotitems::CItemListCtrl& list = window.controller().HotItemList(Site::USA);
-  for (const char* bids : {"5", "-", "41"}) list.SetItemText(list.InsertItem(9, ""), 3, bids);
-  auto* view = qobject_cast<QTableView*>(window.view(ViewId::HotItemsUSA));
-  ASSERT_NE(view, nullptr);
-  ASSERT_EQ(view->model()->headerData(0, Qt::Horizontal).toString(), "Date Ended");
-  emit view->horizontalHeader()->sectionClicked(3);
-  EXPECT_EQ(list.GetItemText(0, 3), "-");
-  emit view->horizontalHeader()->sectionClicked(3);
-  EXPECT_EQ(list.GetItemText(0, 3), "41");
-}
-
 TEST(AnimatedPicture, PlaysAThirdPartyAnimationUntilStopped) {
   CAnimatedPicture picture;
   ASSERT_TRUE(picture.LoadFromFile(
