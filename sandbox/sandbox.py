@@ -36,6 +36,15 @@ Test paths, on every HTTP host:
                                        it has none. A test rewrites the file to change the answer
     /_test/reads?name=NAME&least=N     200, the number of requests for /_test/file?name=NAME so far,
                                        answered once it reaches N (or the sandbox stops)
+
+Faults, on every HTTP host: /_fault/MODE/PATH answers PATH as the sites would, spoilt by MODE, so a
+test can spoil one whole load by putting the prefix in front of the address it starts from:
+    404, 500     that status with a short error page instead of the answer
+    reset        the full length promised, half the answer sent, then the connection reset
+    cut          the full length promised, half the answer sent, then the connection closed
+    drip         the answer 16 bytes at a time, 200 ms apart (slower than any transfer allows)
+    hang         no answer at all
+On the FTP server, a file whose name starts with "drop-" breaks off halfway through a download.
 """
 import argparse
 import collections
@@ -43,6 +52,8 @@ import logging
 import os
 import shutil
 import signal
+import socket
+import struct
 import sys
 import tempfile
 import threading
@@ -50,6 +61,7 @@ from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
 from urllib.parse import unquote_to_bytes
 
 from pyftpdlib.authorizers import DummyAuthorizer
+from pyftpdlib.filesystems import AbstractedFS
 from pyftpdlib.handlers import FTPHandler
 from pyftpdlib.servers import FTPServer
 
@@ -118,12 +130,45 @@ class SandboxHandler(BaseHTTPRequestHandler):
         if test is not None:
             test(self, query, send_body)
             return
+        if path.startswith("/_fault/"):
+            mode, _, rest = path[len("/_fault/"):].partition("/")
+            self.fault(mode, "/" + rest + ("?" + query if query else ""), send_body)
+            return
         host = self.headers.get("Host", "").split(":")[0]
         body = self.server.generator.http_get(host, self.path)
         if body is None:
             self.reply(404, b"Not Found\n", "text/plain", send_body)
         else:
             self.reply(200, body, content_type(path), send_body)
+
+    def fault(self, mode: str, path: str, send_body: bool):
+        if mode in ("404", "500"):
+            self.reply(int(mode), f"<html><body>Error {mode}</body></html>\n".encode(), "text/html", send_body)
+            return
+        if mode == "hang":
+            self.test_hang("", send_body)
+            return
+        host = self.headers.get("Host", "").split(":")[0]
+        body = self.server.generator.http_get(host, path) or b""
+        self.send_response(200)
+        self.send_header("Content-Type", content_type(path.partition("?")[0]))
+        self.send_header("Content-Length", str(len(body)))
+        self.end_headers()
+        self.close_connection = True
+        if not send_body:
+            return
+        if mode == "drip":
+            for start in range(0, len(body), 16):
+                self.wfile.write(body[start:start + 16])
+                self.wfile.flush()
+                if self.server.stopping.wait(0.2):
+                    return
+            return
+        self.wfile.write(body[:len(body) // 2])
+        self.wfile.flush()
+        if mode == "reset":
+            # A zero linger time makes the close a reset rather than an orderly end.
+            self.connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
 
     def reply(self, status: int, body: bytes, kind: str, send_body: bool = True):
         self.send_response(status)
@@ -238,6 +283,32 @@ class SandboxHttpServer(ThreadingHTTPServer):
             super().handle_error(request, client_address)  # a traceback on standard error
 
 
+class HalfThenBroken:
+    """A file that gives its first half and then fails, as a connection that drops would."""
+
+    def __init__(self, source):
+        self.source = source
+        self.name = source.name
+        self.limit = os.fstat(source.fileno()).st_size // 2
+
+    def read(self, size=-1):
+        position = self.source.tell()
+        if position >= self.limit:
+            raise OSError("connection dropped")
+        return self.source.read(min(size if size >= 0 else self.limit, self.limit - position))
+
+    def __getattr__(self, name):
+        return getattr(self.source, name)
+
+
+class DroppingFS(AbstractedFS):
+    def open(self, filename, mode):
+        opened = super().open(filename, mode)
+        if "r" in mode and os.path.basename(filename).startswith("drop-"):
+            return HalfThenBroken(opened)
+        return opened
+
+
 class FtpThread(threading.Thread):
     """The vendor's FTP server, polled in short steps so that it can be stopped from outside."""
 
@@ -246,7 +317,9 @@ class FtpThread(threading.Thread):
         authorizer = DummyAuthorizer()
         authorizer.add_user(FTP_USER, FTP_PASSWORD, root, perm=FTP_PERMISSIONS)
         handler = type("SandboxFtpHandler", (FTPHandler,), {"authorizer": authorizer,
-                                                            "banner": "Gavelscope FTP ready."})
+                                                            "banner": "Gavelscope FTP ready.",
+                                                            "abstracted_fs": DroppingFS,
+                                                            "use_sendfile": False})
         self.server = FTPServer(("127.0.0.1", 0), handler)
         self.port = self.server.address[1]
         self.stop_requested = threading.Event()

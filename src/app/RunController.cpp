@@ -115,9 +115,10 @@ void CRunController::StartAnalysisThreads() {
       Load::AuctionsUSA, auctions::CAuctionThreadUSA(m_config.profile, m_categoriesUSA, m_listAuctionsUSA, *this));
   m_auctionThreadUK = StartLoad(Load::AuctionsUK,
                                 auctions::CAuctionThreadUK(m_config.profile, m_categoriesUK, m_listAuctionsUK, *this));
-  m_loadHotItemsThread =
-      StartLoad(Load::HotItems, hotitems::CLoadHotItemsThread(m_config.profile, m_config.net, m_config.cacheFolder,
-                                                              {m_listHotItemsUSA, m_listHotItemsUK, *this}));
+  hotitems::CLoadHotItemsThread history(m_config.profile, m_config.net, m_config.cacheFolder,
+                                        {m_listHotItemsUSA, m_listHotItemsUK, *this});
+  history.SetRetryPause(m_config.historyRetryPause);
+  m_loadHotItemsThread = StartLoad(Load::HotItems, std::move(history));
 }
 
 template <typename Job>

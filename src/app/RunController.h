@@ -47,6 +47,8 @@ struct ControllerConfig {
   hotitems::DateOrder dateOrder = hotitems::DateOrder::DayFirst;
   // How often a query run looks whether its scan jobs have all finished.
   std::chrono::milliseconds queryPollInterval{15000};
+  // The pause between two attempts to download the hot item history.
+  std::chrono::milliseconds historyRetryPause{1000};
 };
 
 // The run controller of the main window: starts the start-up workers and the analysis threads,
