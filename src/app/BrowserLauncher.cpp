@@ -24,18 +24,22 @@ namespace {
 int WaitForChild(pid_t child, std::stop_token stop) {
   const int pidFd = static_cast<int>(syscall(SYS_pidfd_open, child, 0));
   const int stopFd = eventfd(0, EFD_CLOEXEC);
-  std::stop_callback wake(stop, [stopFd] {
-    const std::uint64_t one = 1;
-    [[maybe_unused]] const ssize_t written = write(stopFd, &one, sizeof one);
-  });
   int status = -1;
-  if (pidFd >= 0 && stopFd >= 0) {
-    pollfd fds[2] = {{pidFd, POLLIN, 0}, {stopFd, POLLIN, 0}};
-    while (poll(fds, 2, -1) < 0 && errno == EINTR) {
-    }
-    if ((fds[0].revents & POLLIN) != 0) {
-      int raw = 0;
-      if (waitpid(child, &raw, 0) == child) status = WIFEXITED(raw) ? WEXITSTATUS(raw) : 128;
+  {
+    // The callback is gone (and any run of it finished) before its descriptor is closed: a stop
+    // arriving late must not write into a number the process may already have given to another file.
+    std::stop_callback wake(stop, [stopFd] {
+      const std::uint64_t one = 1;
+      [[maybe_unused]] const ssize_t written = write(stopFd, &one, sizeof one);
+    });
+    if (pidFd >= 0 && stopFd >= 0) {
+      pollfd fds[2] = {{pidFd, POLLIN, 0}, {stopFd, POLLIN, 0}};
+      while (poll(fds, 2, -1) < 0 && errno == EINTR) {
+      }
+      if ((fds[0].revents & POLLIN) != 0) {
+        int raw = 0;
+        if (waitpid(child, &raw, 0) == child) status = WIFEXITED(raw) ? WEXITSTATUS(raw) : 128;
+      }
     }
   }
   if (pidFd >= 0) close(pidFd);
