@@ -395,6 +395,7 @@ void CMainDialog::ShowBannerPicture(const std::string& bytes, const std::string&
   // The banner's top right corner sits at the client area's top right corner.
   m_banner->setGeometry(kClientWidth - size.width(), 0, size.width(), size.height());
   m_strBannerLink = link;
+  if (m_bannerShown) m_bannerShown();
 }
 
 void CMainDialog::UpdateCursor(QPoint point) {

@@ -57,6 +57,8 @@ class CMainDialog : public CTrayDialog, private hotitems::IBannerSink {
   void ViewFromTray(app::Tab tab);
   void SetBannerLink(std::string link) { m_strBannerLink = std::move(link); }
   const std::string& bannerLink() const { return m_strBannerLink; }
+  // Called on the window's thread after each banner has been put up.
+  void SetBannerShownHandler(std::function<void()> handler) { m_bannerShown = std::move(handler); }
   // The query tab's question, then the query dialog; true when a new query was started.
   bool AskForNewQuery();
   // Replaces the modal query dialog (tests answer it themselves); returns whether it started a run.
@@ -109,6 +111,7 @@ class CMainDialog : public CTrayDialog, private hotitems::IBannerSink {
   std::array<QWidget*, app::kViewCount> m_viewWidgets{};
   std::string m_strBannerLink;
   std::function<bool()> m_queryDialog;
+  std::function<void()> m_bannerShown;
 
   CategoryTreeModel* m_treeUK = nullptr;
   CategoryTreeModel* m_treeUSA = nullptr;
