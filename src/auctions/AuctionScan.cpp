@@ -2,6 +2,8 @@
 // Copyright 2026 The Gavelscope developers
 #include "auctions/AuctionScan.h"
 
+#include <algorithm>
+
 #include "net/TextHelpers.h"
 
 namespace gavelscope::auctions {
@@ -14,8 +16,13 @@ using net::LastIndexOfCharBefore;
 std::vector<AuctionRow> ScanAuctionRows(std::string_view page, const std::vector<std::string>& categoryLinks,
                                         std::string_view listingHost, std::string_view domainSuffix) {
   std::vector<AuctionRow> rows;
+  // The links come in page order, so each is looked for after the rows of the one before it: the
+  // page is read once, not once per category. A link that does not come later is looked for from the
+  // top, as every link once was.
+  int from = 0;
   for (const std::string& key : categoryLinks) {
-    const int p = Find(page, key, 0);
+    int p = Find(page, key, from);
+    if (p == -1 && from > 0) p = Find(page, key, 0);
     int pos = Find(page, listingHost, p);
     while (true) {
       const int d = Find(page, domainSuffix, pos);
@@ -38,6 +45,7 @@ std::vector<AuctionRow> ScanAuctionRows(std::string_view page, const std::vector
       if (u == -1) break;
       pos = u;
     }
+    from = std::max({from, p, pos});
   }
   return rows;
 }

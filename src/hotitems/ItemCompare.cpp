@@ -4,6 +4,7 @@
 
 #include <langinfo.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstdlib>
 #include <cstring>
@@ -41,8 +42,11 @@ int Sign(double difference) {
   return difference < 0 ? -1 : (difference > 0 ? 1 : 0);
 }
 
-long LeadingInteger(std::string_view text) {
-  return std::atol(std::string(text).c_str());
+// The leading count of a part of a time left. Held within a billion, far beyond any real time left,
+// so that the seconds of the day, hour and minute counts add up within long whatever a page writes.
+long LeadingCount(std::string_view text) {
+  constexpr long kMaxCount = 1'000'000'000;
+  return std::clamp(std::strtol(std::string(text).c_str(), nullptr, 10), -kMaxCount, kMaxCount);
 }
 
 }  // namespace
@@ -136,16 +140,16 @@ long TimeLeftSeconds(std::string_view s) {
   long total = 0;
   int start = 0;
   if (const int d = net::Find(s, "D", 0); d != -1) {
-    total = LeadingInteger(s) * 86400;
+    total = LeadingCount(s) * 86400;
     start = d + 2;
   }
   int next = 0;
   if (const int h = net::Find(s, "H", 0); h != -1) {
-    total += 3600 * LeadingInteger(net::ExtractBetween(s, start, h));
+    total += 3600 * LeadingCount(net::ExtractBetween(s, start, h));
     next = h + 2;
   }
   if (const int m = net::Find(s, "M", 0); m != -1) {
-    total += 60 * LeadingInteger(net::ExtractBetween(s, next, m));
+    total += 60 * LeadingCount(net::ExtractBetween(s, next, m));
   }
   return total;
 }

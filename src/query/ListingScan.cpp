@@ -119,17 +119,14 @@ std::string NextPageUrl(std::string_view page, int c, const net::Profile& profil
 }
 
 bool MatchesKeywords(std::string_view title, std::string_view keywords) {
-  std::string upperTitle(title);
-  std::string upperKeywords(keywords);
-  UpperCase(upperTitle);
-  UpperCase(upperKeywords);
+  // Compared in place, without upper-cased copies: a query tests every row of every page it reads.
   std::size_t start = 0;
   while (true) {
-    const std::size_t comma = upperKeywords.find(',', start);
+    const std::size_t comma = keywords.find(',', start);
     const std::string_view field = hotitems::TrimWhiteSpace(
-        std::string_view(upperKeywords).substr(start, comma == std::string::npos ? std::string::npos : comma - start));
-    if (upperTitle.find(field) != std::string::npos) return true;
-    if (comma == std::string::npos) return false;
+        keywords.substr(start, comma == std::string_view::npos ? std::string_view::npos : comma - start));
+    if (net::ContainsNoCase(title, field)) return true;
+    if (comma == std::string_view::npos) return false;
     start = comma + 1;
   }
 }

@@ -42,6 +42,15 @@ TEST(AuctionScan, CategoryMissingFromThePageAddsNothing) {
   EXPECT_TRUE(Scan("", {"/Art/list"}).empty());
 }
 
+TEST(AuctionScan, CategoriesListedOutOfPageOrderAreStillFound) {
+  const std::string music = "<a href=\"/Music/list/\"><b>Music</b></a> (9)<br>";
+  const std::string page = kCategory + Sub("Prints", "12") + "<a href=\"http://listings.ebay.com/Art/list/\">more</a>" +
+                           music + Sub("Vinyl", "3", "7") + "<a href=\"http://listings.ebay.com/Music/\">more</a>";
+  EXPECT_EQ(Names(Scan(page, {"/Music/list", "/Art/list"})), (std::vector<std::string>{"Vinyl=3", "Prints=12"}));
+  EXPECT_EQ(Names(Scan(page, {"/Art/list", "/Nowhere/list", "/Music/list"})),
+            (std::vector<std::string>{"Prints=12", "Vinyl=3"}));
+}
+
 TEST(AuctionScan, CountWithoutItsParenthesisIsEmptyAndEndsTheCategory) {
   const auto rows = Scan(kCategory + Sub("Prints", "12") +
                          "<a href=\"http://listings.ebay.com/T/ListingItemList/\">Tools</a> (477 <br></html>");

@@ -34,6 +34,15 @@ TEST(ItemCompare, TimeLeftInSeconds) {
   EXPECT_EQ(TimeLeftSeconds(""), 0);
 }
 
+// Found by fuzzing the listing scan: a page's time left of "777777777777777d" overflowed the
+// query list's sort key. Counts are held within a billion, so such rows sort after every real one.
+TEST(ItemCompare, TimeLeftWithHugeCountsStaysInRange) {
+  EXPECT_EQ(TimeLeftSeconds("777777777777777D"), 1'000'000'000L * 86400);
+  EXPECT_EQ(TimeLeftSeconds("1D 99999999999999999999H 99999999999999999999M"), 86400 + 1'000'000'000L * (3600 + 60));
+  EXPECT_EQ(TimeLeftSeconds("-99999999999999999999D"), -1'000'000'000L * 86400);
+  EXPECT_GT(TimeLeftSeconds("777777777777777D"), TimeLeftSeconds("9D 23H 59M"));
+}
+
 TEST(ItemCompare, DatesFollowTheLocalesDayAndMonthOrder) {
   EXPECT_EQ(ParseDateText("07/03/2005", DateOrder::DayFirst), ParseDateText("2005-03-07", DateOrder::MonthFirst));
   EXPECT_EQ(ParseDateText("07/03/2005", DateOrder::MonthFirst), ParseDateText("2005-07-03", DateOrder::DayFirst));

@@ -96,6 +96,39 @@ INSTANTIATE_TEST_SUITE_P(TextHelpers, LastIndexOfCharBeforeRules,
                                            LastIndexCase{"OneCharacterTextSearchedWhole", "<", "<", -1, 0}),
                          [](const auto& info) { return std::string(info.param.name); });
 
+struct ReplaceAllCase {
+  const char* name;
+  std::string_view text;
+  std::string_view from;
+  std::string_view to;
+  std::string_view expected;
+};
+
+void PrintTo(const ReplaceAllCase& c, std::ostream* os) {
+  *os << c.name;
+}
+
+class ReplaceAllRules : public ::testing::TestWithParam<ReplaceAllCase> {};
+
+TEST_P(ReplaceAllRules, ReplacesLeftToRightWithoutRescanning) {
+  const ReplaceAllCase& c = GetParam();
+  std::string text(c.text);
+  ReplaceAll(text, c.from, c.to);
+  EXPECT_EQ(text, c.expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(TextHelpers, ReplaceAllRules,
+                         ::testing::Values(ReplaceAllCase{"ShorterInPlace", "a&amp;b&amp;&amp;c", "&amp;", "&",
+                                                          "a&b&&c"},
+                                           ReplaceAllCase{"RemovedAtBothEnds", "</B>$5</B>", "</B>", "", "$5"},
+                                           ReplaceAllCase{"SameLength", "1-2--3", "-", "0", "102003"},
+                                           ReplaceAllCase{"ReplacedTextNotRescanned", "aaaa", "aa", "a", "aa"},
+                                           ReplaceAllCase{"Longer", "x.com/y.com", ".com", ".co.uk", "x.co.uk/y.co.uk"},
+                                           ReplaceAllCase{"Absent", "plain", "&amp;", "&", "plain"},
+                                           ReplaceAllCase{"WholeText", "&amp;", "&amp;", "", ""},
+                                           ReplaceAllCase{"EmptyNeedleChangesNothing", "abc", "", "x", "abc"}),
+                         [](const auto& info) { return std::string(info.param.name); });
+
 TEST(DecodeEntities, ReplacesTheFixedListInOrder) {
   std::string text = "&#34;Tom&#39;s&#38;Jerry&quot; <b>big</b> de<wbr>al</wbr> &amp; more";
   DecodeEntities(text);
@@ -106,6 +139,12 @@ TEST(DecodeEntities, AmpersandEntityBeforeNumericReferenceYieldsTheReference) {
   std::string text = "Rock &amp;#39;n&amp;#39; Roll";
   DecodeEntities(text);
   EXPECT_EQ(text, "Rock &#39;n&#39; Roll");
+}
+
+TEST(DecodeEntities, TagsWithoutAnAmpersandAreStillStripped) {
+  std::string text = "<b>NEW</b> Lamp";
+  DecodeEntities(text);
+  EXPECT_EQ(text, "NEW Lamp");
 }
 
 TEST(DecodeEntities, LeavesOtherEntitiesAndTagsInPlace) {
