@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+//
+// The shared hot item history is written by every copy of the program and fetched from the
+// vendor's FTP server; its lines go into the two history lists, which then sort them.
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "FuzzFakes.h"
+#include "FuzzLines.h"
+#include "hotitems/HotItemRecord.h"
+#include "hotitems/ItemListCtrl.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace gavelscope;
+  using hotitems::CItemListCtrl;
+  fuzz::NullBrowser browser;
+  fuzz::NullMessages messages;
+  fuzz::NullPages pages;
+  // Both date orders: the sort reads dates as the user's locale writes them.
+  CItemListCtrl usa(hotitems::ItemListVariant::HistoryUSA, browser, messages, pages, hotitems::DateOrder::MonthFirst);
+  CItemListCtrl uk(hotitems::ItemListVariant::HistoryUK, browser, messages, pages, hotitems::DateOrder::DayFirst);
+  int rowCounter = 0;
+  std::string word;
+  fuzz::ForEachLine(std::string_view(reinterpret_cast<const char*>(data), size), [&](std::string_view line) {
+    if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+    auto record = std::make_shared<hotitems::CHotItemRecord>(hotitems::ParseHistoryLine(line));
+    (void)hotitems::IsHistoryWorthy(*record);
+    if (word.empty()) word = record->GetTitle().substr(0, 4);
+    CItemListCtrl& list = hotitems::IsSiteUK(*record) ? uk : usa;
+    const int row = list.InsertItem(rowCounter++, record->GetEnding());
+    list.SetItemText(row, 1, record->GetTitle());
+    list.SetItemText(row, 2, record->GetPrice());
+    list.SetItemText(row, 3, record->GetBids());
+    record->SetRow(row);
+    list.SetItemData(row, std::move(record));
+  });
+  for (CItemListCtrl* list : {&usa, &uk}) {
+    for (int column = 0; column < CItemListCtrl::kColumnCount; ++column) {
+      list->SortItems(column, true);
+      list->SortItems(column, false);
+    }
+    list->FindNext(word);
+    (void)list->ExportText();
+  }
+  return 0;
+}

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+//
+// A hot item query reads the listing home page for a category's sub-category listings, then each
+// listing page row by row. The scan job fetches its pages itself, so this drives the same steps
+// over one page: the listing links, the rows with the job's filters, the continue link, and the
+// result list's sorts.
+//
+// Input: the page, then the last bytes choose the site and the filters, and the first bytes (each
+// string ended by a backslash and one other byte) give the query's keywords and the category link.
+#include <fuzzer/FuzzedDataProvider.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "FuzzFakes.h"
+#include "hotitems/HotItemRecord.h"
+#include "hotitems/ItemListCtrl.h"
+#include "net/SiteProfile.h"
+#include "net/TextHelpers.h"
+#include "query/CategoryScanJob.h"
+#include "query/ListingScan.h"
+
+namespace gavelscope::fuzz {
+namespace {
+
+query::NumericFilter ChooseFilter(FuzzedDataProvider& input) {
+  query::NumericFilter filter;
+  switch (input.ConsumeIntegralInRange(0, 3)) {
+    case 0:
+      filter.SetGreaterThan(-1);
+      break;
+    case 1:
+      filter.SetGreaterThan(input.ConsumeIntegral<std::int32_t>());
+      break;
+    case 2:
+      filter.SetLessThan(input.ConsumeIntegral<std::int32_t>());
+      break;
+    default: {
+      const auto low = input.ConsumeIntegral<std::int32_t>();
+      filter.SetRange(low, input.ConsumeIntegral<std::int32_t>());
+    }
+  }
+  return filter;
+}
+
+// The scan job's filter and result row, as CLoadEachCategoryHotItemsQueryThread applies them.
+void FilterAndAdd(const query::ListingRow& row, const query::NumericFilter (&filters)[3],
+                  hotitems::CItemListCtrl& list) {
+  if (row.link.empty() || row.timeLeft.empty() || row.title.empty() || row.price.empty()) return;
+  const int price = query::ParsePrice(row.price);
+  if (price == -1) return;
+  if (!filters[0].Passes(query::ParseBids(row.bids)) || !filters[1].Passes(price) ||
+      !filters[2].Passes(query::ParseDaysLeft(row.timeLeft))) {
+    return;
+  }
+  auto record = std::make_shared<hotitems::CHotItemRecord>();
+  record->SetItemLink(row.link);
+  record->SetEnding(row.timeLeft);
+  record->SetTitle(row.title);
+  record->SetPrice(row.price);
+  record->SetBids(row.bids);
+  const int at = list.InsertItem(list.GetItemCount(), record->GetEnding());
+  list.SetItemText(at, 1, row.title);
+  list.SetItemText(at, 2, row.price);
+  list.SetItemText(at, 3, row.bids);
+  record->SetRow(at);
+  list.SetItemData(at, std::move(record));
+}
+
+}  // namespace
+}  // namespace gavelscope::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace gavelscope;
+  static const net::Profile profile = net::CompiledProfile();
+  FuzzedDataProvider input(data, size);
+  const bool uk = input.ConsumeBool();
+  const query::NumericFilter filters[3] = {fuzz::ChooseFilter(input), fuzz::ChooseFilter(input),
+                                           fuzz::ChooseFilter(input)};
+  const std::string keywords(hotitems::TrimWhiteSpace(input.ConsumeRandomLengthString(64)));
+  const std::string categoryLink = input.ConsumeRandomLengthString(256);
+  const std::string page = input.ConsumeRemainingBytesAsString();
+  const net::SiteConfig& site = profile.site(uk ? net::Site::UK : net::Site::USA);
+
+  (void)query::BuildListingLinks(page, categoryLink, site);
+
+  fuzz::NullBrowser browser;
+  fuzz::NullMessages messages;
+  fuzz::NullPages pages;
+  hotitems::CItemListCtrl results(hotitems::ItemListVariant::QueryResults, browser, messages, pages,
+                                  hotitems::DateOrder::MonthFirst);
+  int s = net::Find(page, site.itemLinkPrefix, 0);
+  int t = net::Find(page, ">", s);
+  while (s != -1) {
+    const query::ListingRow row = query::ParseRow(page, s, t, site, uk);
+    if (query::MatchesKeywords(row.title, keywords)) fuzz::FilterAndAdd(row, filters, results);
+    if (row.s2 != -1) {
+      s = row.s2;
+      t = net::Find(page, ">", s);
+      continue;
+    }
+    const int c = net::Find(page, query::kContinueMarker, row.t2);
+    if (c != -1) (void)query::NextPageUrl(page, c, profile, uk);
+    break;
+  }
+  for (int column = 0; column < hotitems::CItemListCtrl::kColumnCount; ++column) {
+    results.SortItems(column, true);
+    results.SortItems(column, false);
+  }
+  return 0;
+}
