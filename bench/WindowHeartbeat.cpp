@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+//
+// How long the window's thread goes without running a 10 ms timer, during the window's full start-up
+// and then during a query, in the real window (offscreen unless QT_QPA_PLATFORM says otherwise):
+//
+//   gavelscope_window_heartbeat [--connect-to HOST:PORT:ADDR:PORT]... FILE.sbqry
+//
+// The start-up is timed from just before the window is shown until its loads have all come in; the
+// query from its start until a second after "Search Complete", so that the result list's refresh
+// counts. Each line printed is one phase: its length and the longest gap between two ticks.
+#include <stdlib.h>
+
+#include <QApplication>
+#include <QTimer>
+
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "app/Browser.h"
+#include "app/UserMessages.h"
+#include "hotitems/ItemCompare.h"
+#include "net/SiteProfile.h"
+#include "query/MySettings.h"
+#include "query/QueryFile.h"
+#include "query/RunSetup.h"
+#include "ui/MainDialog.h"
+
+namespace {
+
+using namespace gavelscope;
+using Clock = std::chrono::steady_clock;
+
+constexpr int kTickMilliseconds = 10;
+
+double Milliseconds(Clock::duration d) {
+  return std::chrono::duration<double, std::milli>(d).count();
+}
+
+// Answers every message at once, as a user who is not there; the query's last message ends the run.
+class QuietMessages : public app::IUserMessages {
+ public:
+  app::MessageReply Show(const app::UserMessage& message) override {
+    if (message.title == "Search Complete") searchComplete = true;
+    return message.buttons == app::MessageButtons::YesNo ? app::MessageReply::Yes : app::MessageReply::Ok;
+  }
+  std::atomic<bool> searchComplete{false};
+};
+
+struct NoBrowser : app::IBrowser {
+  void OpenUrlInBrowser(std::string_view) override {}
+};
+
+// The longest gap between two ticks of a timer on the window's thread, per phase.
+class Heartbeat {
+ public:
+  Heartbeat() {
+    m_timer.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&m_timer, &QTimer::timeout, [this] { Tick(); });
+  }
+  void Start() {
+    m_last = m_phaseStart = Clock::now();
+    m_longest = 0;
+    m_timer.start(kTickMilliseconds);
+  }
+  void Tick() {
+    const Clock::time_point now = Clock::now();
+    m_longest = std::max(m_longest, Milliseconds(now - m_last));
+    m_last = now;
+  }
+  // Ends the current phase with a tick of its own, prints it and starts the next.
+  void EndPhase(const char* name) {
+    Tick();
+    std::printf("%s: %.0f ms, longest gap between %d ms ticks %.1f ms (stall %.1f ms)\n", name,
+                Milliseconds(m_last - m_phaseStart), kTickMilliseconds, m_longest, m_longest - kTickMilliseconds);
+    std::fflush(stdout);
+    m_phaseStart = m_last;
+    m_longest = 0;
+  }
+
+ private:
+  QTimer m_timer;
+  Clock::time_point m_last;
+  Clock::time_point m_phaseStart;
+  double m_longest = 0;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication application(argc, argv);
+  app::ControllerConfig config;
+  config.profile = net::CompiledProfile();
+  std::string queryFile;
+  for (int i = 1; i < argc; ++i) {
+    const std::string arg = argv[i];
+    if (arg == "--connect-to" && i + 1 < argc) {
+      config.net.connectTo.emplace_back(argv[++i]);
+    } else {
+      queryFile = arg;
+    }
+  }
+  query::CMySettings settings;
+  if (queryFile.empty() || !query::LoadQueryFile(queryFile, settings)) {
+    std::fprintf(stderr, "usage: gavelscope_window_heartbeat [--connect-to HOST:PORT:ADDR:PORT]... FILE.sbqry\n");
+    return 2;
+  }
+  std::string folder = (std::filesystem::temp_directory_path() / "gavelscope-heartbeat-XXXXXX").string();
+  if (mkdtemp(folder.data()) == nullptr) return 1;
+  config.cacheFolder = folder;
+  config.dateOrder = hotitems::DateOrderFromLocale();
+
+  QuietMessages messages;
+  NoBrowser browser;
+  Heartbeat heartbeat;
+  int status = 0;
+  {
+    ui::CMainDialog window(config, &messages, &browser);
+    QTimer queryWatch;
+    bool started = false;
+    window.mainView().SetRunCompleteHandler([&] {
+      if (started) return;
+      started = true;
+      heartbeat.EndPhase("start-up");
+      // Started as the query dialog's Start Query starts it, once the start-up is in.
+      const net::Site site = settings.m_bInternational ? net::Site::USA : net::Site::UK;
+      auto run = window.controller().NewQueryRun();
+      query::ConfigureRun(settings, window.controller().Categories(site), *run);
+      window.controller().StartQuery(std::move(run));
+      QObject::connect(&queryWatch, &QTimer::timeout, [&] {
+        if (!messages.searchComplete) return;
+        queryWatch.stop();
+        QTimer::singleShot(1000, [&] {
+          heartbeat.EndPhase("query");
+          std::printf("query results: %d rows\n", window.controller().QueryResults().GetItemCount());
+          application.quit();
+        });
+      });
+      queryWatch.start(50);
+    });
+    heartbeat.Start();
+    window.show();
+    window.Start(false);
+    status = application.exec();
+    window.controller().Shutdown();
+  }
+  std::filesystem::remove_all(folder);
+  return status;
+}
