@@ -6,14 +6,13 @@
 # fetching the same listing pages with the same parallelism, both on the same sandbox in one run.
 #
 #   bench/query-vs-curl.sh [BUILD_DIR]       BUILD_DIR defaults to build/bench
-#   CATEGORIES=20 SUBCATEGORIES=5 PAGES=5 RUNS=5 NODELAY=0 bench/query-vs-curl.sh
+#   CATEGORIES=20 SUBCATEGORIES=5 PAGES=5 RUNS=5 bench/query-vs-curl.sh
 #
 # The query run is timed by gavelscope_run_timer from the run's start until its last job has
 # finished (it looks at its jobs every millisecond; gavelscope-cli looks every 15 seconds, so its
 # own time only says how many looks it took). A query starts one job per category at once, so curl
 # runs with --parallel-max CATEGORIES. Each job pauses 100 ms after each sub-category listing, which
-# is SUBCATEGORIES pauses along every job; the ratio is taken after subtracting them. NODELAY=1 runs
-# the sandbox with Nagle's algorithm off (bench/sandbox_nodelay.py says why that matters here).
+# is SUBCATEGORIES pauses along every job; the ratio is taken after subtracting them.
 set -euo pipefail
 source "$(dirname "$0")/sandbox-lib.sh"
 build=$(cd "${1:-$bench_root/build/bench}" && pwd)
@@ -53,7 +52,7 @@ with open(f"{work}/curl.cfg", "w") as everything:
                     chain.write(entry(url))
 PY
 url_count=$(grep -c '^url' "$work/curl.cfg")
-echo "sandbox: ${knobs[*]}, NODELAY=${NODELAY:-0}; $QUERIED categories queried, $url_count listing pages, parallelism $categories"
+echo "sandbox: ${knobs[*]}; $QUERIED categories queried, $url_count listing pages, parallelism $categories"
 
 query_times=() curl_times=() chain_times=()
 for run in $(seq "$runs"); do

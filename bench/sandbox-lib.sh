@@ -7,12 +7,9 @@
 bench_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 # start_sandbox KNOB... : starts sandbox.py with the knobs and fills CONNECT_TO with one
-# "--connect-to MAPPING" pair per host. The sandbox ends when its standard input closes. With
-# NODELAY=1 its HTTP replies are sent without Nagle's algorithm (see sandbox_nodelay.py).
+# "--connect-to MAPPING" pair per host. The sandbox ends when its standard input closes.
 start_sandbox() {
-  local script=$bench_root/sandbox/sandbox.py
-  if [ "${NODELAY:-0}" = 1 ]; then script=$bench_root/bench/sandbox_nodelay.py; fi
-  coproc SANDBOX { exec /usr/bin/python3 "$script" "$@"; }
+  coproc SANDBOX { exec /usr/bin/python3 "$bench_root/sandbox/sandbox.py" "$@"; }
   CONNECT_TO=()
   CURL_CONNECT_TO=()
   local line
@@ -44,6 +41,7 @@ query_every_category() {
 }
 
 stop_sandbox() {
+  [ -n "${SANDBOX_PID:-}" ] || return 0
   local pid=$SANDBOX_PID
   exec {SANDBOX[1]}>&-
   wait "$pid" 2>/dev/null || true
