@@ -6,7 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <set>
 
 #include "app/CategoryAnchors.h"
@@ -46,6 +48,15 @@ class SandboxQueryHost : public IQueryHost {
   std::mutex& ResultListBusy() override { return busy; }
   app::IUserMessages& Messages() override { return messages; }
 
+  // Sends every listing address of the USA home page through the sandbox's fault MODE.
+  void SpoilUsaListings(const std::string& mode) {
+    const std::string host = net::CompiledProfile().usa.listingHost + "/";
+    std::string& home = m_usa.strHomePage;
+    for (std::size_t at = home.find(host); at != std::string::npos; at = home.find(host, at + 1)) {
+      home.insert(at + host.size(), "_fault/" + mode + "/");
+    }
+  }
+
   std::string LinkOf(Site site, const std::string& name) const {
     const app::SiteCategories& data = site == Site::UK ? m_uk : m_usa;
     for (std::size_t i = 0; i < data.arrCategoryNames.size(); ++i) {
@@ -74,8 +85,9 @@ class QueryRunTest : public testing::SandboxTest {
     SandboxTest::SetUp();
     m_host = std::make_unique<SandboxQueryHost>(SandboxNetOptions());
   }
-  std::unique_ptr<CInitialiseHotItemQueryThread> NewRun(std::vector<std::string> names, int depth, bool usa = true) {
-    auto run = std::make_unique<CInitialiseHotItemQueryThread>(*m_host, net::CompiledProfile(), SandboxNetOptions());
+  std::unique_ptr<CInitialiseHotItemQueryThread> NewRun(std::vector<std::string> names, int depth, bool usa = true,
+                                                        const net::NetOptions& options = SandboxNetOptions()) {
+    auto run = std::make_unique<CInitialiseHotItemQueryThread>(*m_host, net::CompiledProfile(), options);
     run->SetPollInterval(std::chrono::milliseconds(20));
     run->SetPageDepth(depth);
     run->SetCountry(usa ? 1 : 0);
@@ -167,6 +179,45 @@ TEST_F(QueryRunTest, ThirtyJobsNeverLoseOrMixRows) {
   }
   for (const std::string& link : links) EXPECT_EQ(links.count(link), 30U);
 }
+
+class QueryFaults : public QueryRunTest, public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(QueryFaults, SpoiltListingPagesEndTheRunWithTheRowsThatArrived) {
+  const std::string mode = GetParam();
+  net::NetOptions options = SandboxNetOptions();
+  options.lowSpeedBytesPerSecond = 1000;
+  options.lowSpeedTime = std::chrono::seconds(1);
+  NewRun({"Antiques", "Art"}, 3, true, options)->RunQuery({});
+  const int clean = m_host->results.GetItemCount();
+  ASSERT_GT(clean, 0);
+  m_host->results.ClearRecords();
+  m_host->running = true;
+
+  m_host->SpoilUsaListings(mode);
+  const auto started = std::chrono::steady_clock::now();
+  auto run = NewRun({"Antiques", "Art"}, 3, true, options);
+  run->RunQuery({});
+
+  // Every listing is given up within the low-speed limit, not a real server's half minute.
+  const std::size_t listings = std::max(ListingsOf("Antiques"), ListingsOf("Art"));
+  EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(2 * listings + 5));
+  for (const auto& job : run->jobs()) EXPECT_TRUE(job->IsFinished());
+  EXPECT_FALSE(m_host->running);
+  // Rows read before a connection broke are kept; the rest of that listing is given up.
+  const int found = m_host->results.GetItemCount();
+  EXPECT_LT(found, clean);
+  if (mode == "cut" || mode == "reset") {
+    EXPECT_GT(found, 0);
+  } else {
+    EXPECT_EQ(found, 0);
+  }
+  // Unreadable pages are no error of the user's: the run ends as any other does.
+  const auto said = m_host->messages.Messages();
+  ASSERT_EQ(said.size(), 2U);
+  EXPECT_EQ(said[1].title, "Search Complete");
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryMode, QueryFaults, ::testing::Values("404", "500", "reset", "cut", "drip", "hang"));
 
 TEST_F(QueryRunTest, PublishingAppendsHotRowsAndUploadsThem) {
   testing::TempFolder folder;
