@@ -275,7 +275,7 @@ void ControlListView::contextMenuEvent(QContextMenuEvent* event) {
 
 KeywordListView::KeywordListView(keywords::CKeywordListCtrl& list, RowsModel* model, const std::vector<int>& widths,
                                  QWidget* parent)
-    : ControlListView(model, widths, nullptr, parent), m_list(list) {}
+    : ListViewOver(list, model, widths, nullptr, parent) {}
 
 void KeywordListView::FillMenu(QMenu& menu) {
   static constexpr std::array<const char*, 4> kTexts{"Display Page (Ending First)", "Display Page (Newly Listed)",
@@ -290,7 +290,7 @@ void KeywordListView::FillMenu(QMenu& menu) {
 
 AuctionListView::AuctionListView(auctions::CAuctionListCtrl& list, RowsModel* model, const std::vector<int>& widths,
                                  QWidget* parent)
-    : ControlListView(model, widths, nullptr, parent), m_list(list) {}
+    : ListViewOver(list, model, widths, nullptr, parent) {}
 
 void AuctionListView::FillMenu(QMenu& menu) {
   std::vector<MenuEntry> commands;
@@ -357,7 +357,7 @@ void SortHeader::paintSection(QPainter* painter, const QRect& rect, int logicalI
 
 ItemListView::ItemListView(hotitems::CItemListCtrl& list, RowsModel* model, const std::vector<int>& widths,
                            QWidget* parent)
-    : ControlListView(model, widths, new SortHeader(list), parent), m_list(list) {
+    : ListViewOver(list, model, widths, new SortHeader(list), parent) {
   // The arrow follows the control's sort, whoever sorted.
   QWidget* header = horizontalHeader()->viewport();
   connect(model, &QAbstractItemModel::dataChanged, header, qOverload<>(&QWidget::update));

@@ -74,36 +74,39 @@ class ControlListView : public QTableView {
   int m_shownMark = -1;
 };
 
-class KeywordListView : public ControlListView {
+// A list view over one headless list control, whose mark and menu answers the view follows.
+template <class List>
+class ListViewOver : public ControlListView {
+ protected:
+  ListViewOver(List& list, RowsModel* model, const std::vector<int>& widths, QHeaderView* sortHeader,
+               QWidget* parent)
+      : ControlListView(model, widths, sortHeader, parent), m_list(list) {}
+
+  int SelectionMark() const override { return m_list.GetSelectionMark(); }
+  void MarkRow(int row) override { m_list.SetSelectionMark(row); }
+  bool ContextMenuAt(int row) override { return m_list.ContextMenuAt(row); }
+
+  List& m_list;
+};
+
+class KeywordListView : public ListViewOver<keywords::CKeywordListCtrl> {
  public:
   KeywordListView(keywords::CKeywordListCtrl& list, RowsModel* model, const std::vector<int>& widths,
                   QWidget* parent = nullptr);
 
  protected:
-  int SelectionMark() const override { return m_list.GetSelectionMark(); }
-  void MarkRow(int row) override { m_list.SetSelectionMark(row); }
   void OpenMarkedRow() override { m_list.OnDoubleClick(); }
-  bool ContextMenuAt(int row) override { return m_list.ContextMenuAt(row); }
   void FillMenu(QMenu& menu) override;
-
- private:
-  keywords::CKeywordListCtrl& m_list;
 };
 
-class AuctionListView : public ControlListView {
+class AuctionListView : public ListViewOver<auctions::CAuctionListCtrl> {
  public:
   AuctionListView(auctions::CAuctionListCtrl& list, RowsModel* model, const std::vector<int>& widths,
                   QWidget* parent = nullptr);
 
  protected:
-  int SelectionMark() const override { return m_list.GetSelectionMark(); }
-  void MarkRow(int row) override { m_list.SetSelectionMark(row); }
   void OpenMarkedRow() override { m_list.OnDoubleClick(); }
-  bool ContextMenuAt(int row) override { return m_list.ContextMenuAt(row); }
   void FillMenu(QMenu& menu) override;
-
- private:
-  auctions::CAuctionListCtrl& m_list;
 };
 
 // The header of an item list: a click sorts by that column (a second click reverses) and the sort
@@ -120,20 +123,14 @@ class SortHeader : public QHeaderView {
 };
 
 // The hot item lists and the query results.
-class ItemListView : public ControlListView {
+class ItemListView : public ListViewOver<hotitems::CItemListCtrl> {
  public:
   ItemListView(hotitems::CItemListCtrl& list, RowsModel* model, const std::vector<int>& widths,
                QWidget* parent = nullptr);
 
  protected:
-  int SelectionMark() const override { return m_list.GetSelectionMark(); }
-  void MarkRow(int row) override { m_list.SetSelectionMark(row); }
   void OpenMarkedRow() override { m_list.OpenItemPage(); }
-  bool ContextMenuAt(int row) override { return m_list.ContextMenuAt(row); }
   void FillMenu(QMenu& menu) override;
-
- private:
-  hotitems::CItemListCtrl& m_list;
 };
 
 }  // namespace gavelscope::ui
