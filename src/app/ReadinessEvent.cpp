@@ -27,4 +27,9 @@ bool ReadinessEvent::Wait(std::stop_token stop) const {
   return m_changed.wait(lock, stop, [this] { return m_set; });
 }
 
+bool ReadinessEvent::WaitFor(std::chrono::milliseconds limit) const {
+  std::unique_lock lock(m_mutex);
+  return m_changed.wait_for(lock, limit, [this] { return m_set; });
+}
+
 }  // namespace gavelscope::app

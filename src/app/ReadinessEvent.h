@@ -2,6 +2,7 @@
 // Copyright 2026 The Gavelscope developers
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <stop_token>
@@ -17,6 +18,8 @@ class ReadinessEvent {
   bool IsSet() const;
   // True once the event is set; false when a stop was requested first.
   bool Wait(std::stop_token stop) const;
+  // True once the event is set; false when `limit` passed first.
+  bool WaitFor(std::chrono::milliseconds limit) const;
 
  private:
   mutable std::mutex m_mutex;

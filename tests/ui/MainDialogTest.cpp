@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QHeaderView>
@@ -78,9 +80,11 @@ TEST_F(MainDialogTest, ShowsTheLoadsOfARunAndTurnsTheBarRedAtTheEnd) {
   window.show();
   window.Start(false);
   app::CRunController& controller = window.controller();
+  // The window's thread handles nothing meanwhile: no load may need it to finish.
   for (app::Load load : {app::Load::KeywordsUSA, app::Load::KeywordsUK, app::Load::AuctionsUSA, app::Load::AuctionsUK,
                          app::Load::HotItems}) {
-    ASSERT_TRUE(controller.LoadDone(load).Wait({}));
+    ASSERT_TRUE(controller.LoadDone(load).WaitFor(std::chrono::seconds(60)))
+        << "load " << static_cast<int>(load) << " still running, " << controller.FinishedLoads() << " finished";
   }
   ASSERT_TRUE(ProcessEventsUntil([&] { return window.mainView().barColour() == app::kColourLoaded; }));
   EXPECT_EQ(window.treeModel(Site::USA).rowCount(), static_cast<int>(controller.Tree(Site::USA).RootItems().size()));
