@@ -13,6 +13,7 @@
 #include "FuzzLines.h"
 #include "hotitems/HotItemRecord.h"
 #include "hotitems/ItemListCtrl.h"
+#include "hotitems/LoadHotItemsThread.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace gavelscope;
@@ -27,16 +28,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::string word;
   fuzz::ForEachLine(std::string_view(reinterpret_cast<const char*>(data), size), [&](std::string_view line) {
     if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-    auto record = std::make_shared<hotitems::CHotItemRecord>(hotitems::ParseHistoryLine(line));
+    const auto record = hotitems::AddHistoryLine(line, rowCounter++, usa, uk);
     (void)hotitems::IsHistoryWorthy(*record);
     if (word.empty()) word = record->GetTitle().substr(0, 4);
-    CItemListCtrl& list = hotitems::IsSiteUK(*record) ? uk : usa;
-    const int row = list.InsertItem(rowCounter++, record->GetEnding());
-    list.SetItemText(row, 1, record->GetTitle());
-    list.SetItemText(row, 2, record->GetPrice());
-    list.SetItemText(row, 3, record->GetBids());
-    record->SetRow(row);
-    list.SetItemData(row, std::move(record));
   });
   for (CItemListCtrl* list : {&usa, &uk}) {
     for (int column = 0; column < CItemListCtrl::kColumnCount; ++column) {

@@ -53,17 +53,20 @@ void CLoadHotItemsThread::Fill(std::stop_token stop) {
   // A read that fails ends the reading; the rows read so far stay.
   for (std::string line; !stop.stop_requested() && std::getline(file, line);) {
     if (!line.empty() && line.back() == '\r') line.pop_back();
-    auto record = std::make_shared<CHotItemRecord>(ParseHistoryLine(line));
-    CItemListCtrl& list = IsSiteUK(*record) ? m_targets.listUK : m_targets.listUSA;
-    // The counter runs over both lists, so each list is asked for a row beyond its end and keeps the
-    // file's order.
-    const int row = list.InsertItem(rowCounter++, record->GetEnding());
-    list.SetItemText(row, 1, record->GetTitle());
-    list.SetItemText(row, 2, record->GetPrice());
-    list.SetItemText(row, 3, record->GetBids());
-    record->SetRow(row);
-    list.SetItemData(row, std::move(record));
+    AddHistoryLine(line, rowCounter++, m_targets.listUSA, m_targets.listUK);
   }
+}
+
+CItemListCtrl::RecordPtr AddHistoryLine(std::string_view line, int rowCounter, CItemListCtrl& listUSA, CItemListCtrl& listUK) {
+  auto record = std::make_shared<CHotItemRecord>(ParseHistoryLine(line));
+  CItemListCtrl& list = IsSiteUK(*record) ? listUK : listUSA;
+  const int row = list.InsertItem(rowCounter, record->GetEnding());
+  list.SetItemText(row, 1, record->GetTitle());
+  list.SetItemText(row, 2, record->GetPrice());
+  list.SetItemText(row, 3, record->GetBids());
+  record->SetRow(row);
+  list.SetItemData(row, record);
+  return record;
 }
 
 }  // namespace gavelscope::hotitems
