@@ -3,7 +3,6 @@
 #include "app/BrowserLauncher.h"
 
 #include <poll.h>
-#include <spawn.h>
 #include <sys/eventfd.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -13,7 +12,7 @@
 #include <cerrno>
 #include <cstdint>
 
-extern char** environ;
+#include "app/Spawn.h"
 
 namespace gavelscope::app {
 
@@ -77,7 +76,7 @@ void CBrowserLauncher::BrowserThreadProc(const std::string& url, std::stop_token
     argv.push_back(const_cast<char*>(url.c_str()));
     argv.push_back(nullptr);
     pid_t child = 0;
-    if (posix_spawnp(&child, argv[0], nullptr, nullptr, argv.data(), environ) == 0) {
+    if (SpawnProcess(child, argv[0], nullptr, argv.data(), true) == 0) {
       const int status = WaitForChild(child, stop);
       // A stop while the browser starts is no failure of the browser: say nothing.
       started = status == 0 || (status == -1 && stop.stop_requested());

@@ -2,6 +2,7 @@
 // Copyright 2026 The Gavelscope developers
 #include "app/CategoryAnchors.h"
 
+#include "net/NetOptions.h"
 #include "net/TextHelpers.h"
 
 namespace gavelscope::app {
@@ -15,7 +16,7 @@ void ParseCategoryAnchors(std::string_view page, std::vector<std::string>& names
   static constexpr std::string_view kNameEnd = "</b></a> (";
   static constexpr std::string_view kAnchorStart = "<a href=\"";
   int pos = Find(page, kNameEnd, 0);
-  while (pos != -1) {
+  while (pos != -1 && names.size() < net::limits::kMaxCategories) {
     // Both backward searches look for the last '<' only: the "<b>" of the name, then the anchor.
     const int nameStart = LastIndexOfCharBefore(page, "<b>", pos);
     std::string name = ExtractBetween(page, nameStart + 3, pos);

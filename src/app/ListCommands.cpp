@@ -2,7 +2,7 @@
 // Copyright 2026 The Gavelscope developers
 #include "app/ListCommands.h"
 
-#include "net/FileOutput.h"
+#include "net/Files.h"
 #include "net/TextHelpers.h"
 
 namespace gavelscope::app {
@@ -35,7 +35,7 @@ bool FindNextAndMark(std::mutex& listMutex, int& mark, std::string_view word,
 }
 
 net::NetResult ExportToFile(const std::filesystem::path& file, std::string_view bytes, IUserMessages& messages) {
-  net::NetResult written = net::WriteFileAtomically(file, bytes);
+  net::NetResult written = net::WriteWholeFile(file, bytes);
   if (written) messages.Show(UserMessage{text::kExported, text::kMessageTitle});
   return written;
 }

@@ -5,7 +5,6 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -14,7 +13,7 @@
 #include <chrono>
 #include <cstdlib>
 
-extern char** environ;
+#include "app/Spawn.h"
 
 namespace gavelscope::app {
 
@@ -62,7 +61,7 @@ std::unique_ptr<SandboxProcess> SandboxProcess::Start(const SandboxOptions& opti
   posix_spawn_file_actions_adddup2(&actions, input[0], STDIN_FILENO);
   posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
   std::unique_ptr<SandboxProcess> sandbox(new SandboxProcess());
-  const int spawned = posix_spawn(&sandbox->m_pid, argv[0], &actions, nullptr, argv.data(), environ);
+  const int spawned = SpawnProcess(sandbox->m_pid, argv[0], &actions, argv.data(), false);
   posix_spawn_file_actions_destroy(&actions);
   close(input[0]);
   close(output[1]);

@@ -51,7 +51,10 @@ constexpr const char* kUsage =
     "            [--bids-greater N | --bids-less N | --bids-range A B] (also --price-*, --days-*)\n"
     "            [--sort date|title|price|bids] [--descending] --output FILE.sbqry\n"
     "                                    saves a query as the query dialog would\n"
-    "  query-show FILE.sbqry             prints a saved query, one field per line\n";
+    "  query-show FILE.sbqry             prints a saved query, one field per line\n"
+    "\n"
+    "--export - writes to standard output. Ctrl-C or SIGTERM stops a command cleanly\n"
+    "(exit 130 or 143).\n";
 
 constexpr const char* kVersion = "gavelscope-cli 2.0\n";
 
@@ -110,9 +113,9 @@ bool ValidConnectTo(const std::string& mapping) {
   return colons >= 3;
 }
 
-int PrintCategories(app::CRunController& controller, net::Site site, std::ostream& out) {
+int PrintCategories(app::CRunController& controller, net::Site site, std::stop_token stop, std::ostream& out) {
   app::SiteCategories& categories = controller.Categories(site);
-  if (!categories.ready.Wait({})) return kExitFailure;
+  if (!categories.ready.Wait(stop)) return kExitFailure;
   for (std::size_t i = 0; i < categories.arrCategoryNames.size(); ++i) {
     out << categories.arrCategoryNames[i] << '\t' << categories.arrCategoryLinks[i] << '\n';
   }
@@ -134,9 +137,9 @@ keywords::TreeItem FindItem(const keywords::CCategoryTree& tree, const std::stri
 // The export goes to stdout, or to the file, after which the user is told it is done.
 int WriteExport(const std::string& text, const std::optional<std::filesystem::path>& file, app::IUserMessages& messages,
                 std::ostream& out, std::ostream& err) {
-  if (file) {
+  if (file && *file != "-") {
     const net::NetResult written = app::ExportToFile(*file, text, messages);
-    if (!written) err << written.error << '\n';
+    if (!written) err << "Cannot write " << file->string() << ": " << written.error << '\n';
     return written ? kExitOk : kExitFailure;
   }
   out << text;
@@ -144,35 +147,35 @@ int WriteExport(const std::string& text, const std::optional<std::filesystem::pa
   return out ? kExitOk : kExitFailure;
 }
 
-int PrintAuctions(app::CRunController& controller, const CliRequest& request, app::IUserMessages& messages,
-                  std::ostream& out, std::ostream& err) {
+int PrintAuctions(app::CRunController& controller, const CliRequest& request, std::stop_token stop,
+                  app::IUserMessages& messages, std::ostream& out, std::ostream& err) {
   const app::Load load = request.site == net::Site::USA ? app::Load::AuctionsUSA : app::Load::AuctionsUK;
-  if (!controller.LoadDone(load).Wait({})) return kExitFailure;
+  if (!controller.LoadDone(load).Wait(stop)) return kExitFailure;
   return WriteExport(controller.AuctionList(request.site).ExportText(), request.exportFile, messages, out, err);
 }
 
-int PrintHistory(app::CRunController& controller, const CliRequest& request, app::IUserMessages& messages,
-                 std::ostream& out, std::ostream& err) {
-  if (!controller.LoadDone(app::Load::HotItems).Wait({})) return kExitFailure;
+int PrintHistory(app::CRunController& controller, const CliRequest& request, std::stop_token stop,
+                 app::IUserMessages& messages, std::ostream& out, std::ostream& err) {
+  if (!controller.LoadDone(app::Load::HotItems).Wait(stop)) return kExitFailure;
   return WriteExport(controller.HotItemList(request.site).ExportText(), request.exportFile, messages, out, err);
 }
 
 int RunQuery(app::CRunController& controller, const query::CMySettings& settings, const CliRequest& request,
-             app::IUserMessages& messages, std::ostream& out, std::ostream& err) {
+             std::stop_token stop, app::IUserMessages& messages, std::ostream& out, std::ostream& err) {
   const net::Site site = settings.m_bInternational ? net::Site::USA : net::Site::UK;
   // The names become links once the site's categories are known, as when the dialog starts a query.
-  if (!controller.Categories(site).ready.Wait({})) return kExitFailure;
+  if (!controller.Categories(site).ready.Wait(stop)) return kExitFailure;
   auto run = controller.NewQueryRun();
   query::ConfigureRun(settings, controller.Categories(site), *run);
   controller.StartQuery(std::move(run));
-  if (!controller.QueryEnded().Wait({})) return kExitFailure;
+  if (!controller.QueryEnded().Wait(stop)) return kExitFailure;
   return WriteExport(controller.QueryResults().ExportText(), request.exportFile, messages, out, err);
 }
 
-int PrintKeywords(app::CRunController& controller, const CliRequest& request, app::IUserMessages& messages,
-                  std::ostream& out, std::ostream& err) {
+int PrintKeywords(app::CRunController& controller, const CliRequest& request, std::stop_token stop,
+                  app::IUserMessages& messages, std::ostream& out, std::ostream& err) {
   const app::Load load = request.site == net::Site::USA ? app::Load::KeywordsUSA : app::Load::KeywordsUK;
-  if (!controller.LoadDone(load).Wait({})) return kExitFailure;
+  if (!controller.LoadDone(load).Wait(stop)) return kExitFailure;
   keywords::CCategoryTree& tree = controller.Tree(request.site);
   if (request.item) {
     const keywords::TreeItem item = FindItem(tree, *request.item);
@@ -232,6 +235,10 @@ std::optional<CliRequest> ParseCommandLine(const std::vector<std::string>& args,
       siteGiven = true;
     } else if (request.command != "categories" && request.command != "query-show" && IsOption(arg, "--export")) {
       if (!TakeValue(args, i, "--export", value, error)) return std::nullopt;
+      if (value.empty()) {
+        error = "--export needs a file name, or - for standard output";
+        return std::nullopt;
+      }
       request.exportFile = value;
     } else if (request.command == "keywords" && IsOption(arg, "--item")) {
       if (!TakeValue(args, i, "--item", value, error)) return std::nullopt;
@@ -285,7 +292,7 @@ int RunCli(const std::vector<std::string>& args, const CliEnvironment& environme
 
   if (request->command == "query-new") {
     const net::NetResult saved = query::SaveQueryFile(request->choices.output, SettingsFromChoices(request->choices));
-    if (!saved) err << saved.error << '\n';
+    if (!saved) err << "Cannot Save To File : " << request->choices.output.string() << ": " << saved.error << '\n';
     return saved ? kExitOk : kExitFailure;
   }
   query::CMySettings settings;
@@ -304,6 +311,7 @@ int RunCli(const std::vector<std::string>& args, const CliEnvironment& environme
 
   app::ControllerConfig config;
   config.profile = net::CompiledProfile();
+  config.net = environment.net;
   // Mappings given on the command line come first, so they win over the sandbox's.
   config.net.connectTo = request->connectTo;
   std::unique_ptr<app::SandboxProcess> sandbox;
@@ -317,7 +325,9 @@ int RunCli(const std::vector<std::string>& args, const CliEnvironment& environme
   }
 
   StderrMessages messages(err);
-  if (!app::ProbeConnectivity(config.profile, config.net)) {
+  const std::stop_token stop = environment.stop;
+  if (!app::ProbeConnectivity(config.profile, config.net, stop)) {
+    if (stop.stop_requested()) return kExitFailure;
     messages.Show(app::UserMessage{app::text::kNoInternet, app::text::kApplicationName});
     return kExitFailure;
   }
@@ -331,15 +341,15 @@ int RunCli(const std::vector<std::string>& args, const CliEnvironment& environme
   controller.Start();
   int status = kExitFailure;
   if (request->command == "keywords") {
-    status = PrintKeywords(controller, *request, messages, out, err);
+    status = PrintKeywords(controller, *request, stop, messages, out, err);
   } else if (request->command == "auctions") {
-    status = PrintAuctions(controller, *request, messages, out, err);
+    status = PrintAuctions(controller, *request, stop, messages, out, err);
   } else if (request->command == "history") {
-    status = PrintHistory(controller, *request, messages, out, err);
+    status = PrintHistory(controller, *request, stop, messages, out, err);
   } else if (request->command == "query") {
-    status = RunQuery(controller, settings, *request, messages, out, err);
+    status = RunQuery(controller, settings, *request, stop, messages, out, err);
   } else {
-    status = PrintCategories(controller, request->site, out);
+    status = PrintCategories(controller, request->site, stop, out);
   }
   controller.Shutdown();
   return status;

@@ -5,11 +5,13 @@
 #include <filesystem>
 #include <iosfwd>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <vector>
 
 #include "app/SandboxProcess.h"
 #include "cli/QueryOptions.h"
+#include "net/NetOptions.h"
 #include "net/SiteProfile.h"
 
 namespace gavelscope::cli {
@@ -25,7 +27,7 @@ struct CliRequest {
   bool version = false;
   std::string command;
   net::Site site = net::Site::USA;
-  std::optional<std::filesystem::path> exportFile;  // keywords: write the export here
+  std::optional<std::filesystem::path> exportFile;  // write the export here; "-" is standard output
   std::optional<std::string> item;                  // keywords: show this tree item's keywords
   std::optional<std::filesystem::path> queryFile;   // query, query-show: the query file to read
   QueryChoices choices;                             // query-new: what the query dialog would hold
@@ -36,10 +38,14 @@ std::optional<CliRequest> ParseCommandLine(const std::vector<std::string>& args,
 
 struct CliEnvironment {
   app::SandboxOptions sandbox;  // how --sandbox starts the stand-in sites
+  net::NetOptions net;          // limits of every transfer; the command line adds its mappings
+  // A stop request (Ctrl-C, SIGTERM) ends the command through the same path as its normal end.
+  std::stop_token stop;
 };
 
 // Runs one command the way the window starts: probe, start-up, wait for the load the command shows,
-// print it, then stop and join everything. Returns the process exit code.
+// print it, then stop and join everything, and remove the run's working folder. Returns the process
+// exit code; a stopped command returns kExitFailure and prints nothing more.
 int RunCli(const std::vector<std::string>& args, const CliEnvironment& environment, std::ostream& out,
            std::ostream& err);
 

@@ -107,6 +107,10 @@ bool ParseQueryOption(const std::vector<std::string>& args, std::size_t& i, Quer
   }
   if (arg == "--output" && hasValue) {
     choices.output = args[++i];
+    if (choices.output.empty()) {
+      error = "--output needs a file name";
+      return false;
+    }
     return true;
   }
   for (auto [name, filter] : {std::pair{"bids", &choices.bids}, {"price", &choices.price}, {"days", &choices.days}}) {

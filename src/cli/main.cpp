@@ -6,13 +6,17 @@
 #include <vector>
 
 #include "cli/CliApp.h"
+#include "cli/SignalStop.h"
 
 int main(int argc, char** argv) {
+  // First, before any thread: the signals it blocks stay blocked in every thread started later.
+  const gavelscope::cli::SignalStop signals;
   // Dates sort in the user's day and month order; everything else stays in the C locale.
   std::setlocale(LC_TIME, "");
   const std::vector<std::string> args(argv + 1, argv + argc);
   gavelscope::cli::CliEnvironment environment;
   environment.sandbox.python = GAVELSCOPE_SANDBOX_PYTHON;
   environment.sandbox.script = GAVELSCOPE_SANDBOX_SCRIPT;
-  return gavelscope::cli::RunCli(args, environment, std::cout, std::cerr);
+  environment.stop = signals.token();
+  return signals.ExitStatus(gavelscope::cli::RunCli(args, environment, std::cout, std::cerr));
 }

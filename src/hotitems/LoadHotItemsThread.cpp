@@ -2,10 +2,11 @@
 // Copyright 2026 The Gavelscope developers
 #include "hotitems/LoadHotItemsThread.h"
 
-#include <fstream>
+#include <chrono>
 
 #include "app/Pause.h"
 #include "hotitems/HotItemRecord.h"
+#include "net/Files.h"
 #include "net/FtpClient.h"
 
 namespace gavelscope::hotitems {
@@ -38,23 +39,30 @@ void CLoadHotItemsThread::Run(std::stop_token stop) {
 }
 
 bool CLoadHotItemsThread::Download(std::stop_token stop) {
+  // Connecting, every attempt and every pause share one budget, whatever the server does.
+  const auto deadline = std::chrono::steady_clock::now() + m_options.retryBudget;
   net::FtpClient ftp(m_options, m_account);
-  if (!ftp.Connect(stop)) return false;
+  if (!ftp.Connect(stop, deadline)) return false;
   for (int attempt = 1; attempt <= kMaxAttempts; ++attempt) {
-    if (ftp.GetFile(m_fileName, m_localFile, stop)) return true;
-    if (attempt == kMaxAttempts || !app::PauseUnlessStopped(m_retryPause, stop)) break;
+    const net::NetResult got = ftp.GetFile(m_fileName, m_localFile, stop, deadline);
+    if (got) return true;
+    // A file over the size limit would be just as large the next time.
+    if (got.overLimit || attempt == kMaxAttempts) break;
+    if (std::chrono::steady_clock::now() + m_retryPause >= deadline) break;
+    if (!app::PauseUnlessStopped(m_retryPause, stop)) break;
   }
   return false;
 }
 
 void CLoadHotItemsThread::Fill(std::stop_token stop) {
-  std::ifstream file(m_localFile, std::ios::binary);
   int rowCounter = 0;
-  // A read that fails ends the reading; the rows read so far stay.
-  for (std::string line; !stop.stop_requested() && std::getline(file, line);) {
-    if (!line.empty() && line.back() == '\r') line.pop_back();
+  // A line too long, or a read that fails, ends the reading; the rows read so far stay.
+  net::ReadLines(m_localFile, m_options.maxLineBytes, [&](std::string_view line) {
+    if (stop.stop_requested() || static_cast<std::size_t>(rowCounter) >= net::limits::kMaxHistoryRows) return false;
+    if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
     AddHistoryLine(line, rowCounter++, m_targets.listUSA, m_targets.listUK);
-  }
+    return true;
+  });
 }
 
 CItemListCtrl::RecordPtr AddHistoryLine(std::string_view line, int rowCounter, CItemListCtrl& listUSA, CItemListCtrl& listUK) {

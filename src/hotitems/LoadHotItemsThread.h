@@ -21,8 +21,9 @@ CItemListCtrl::RecordPtr AddHistoryLine(std::string_view line, int rowCounter, C
 
 // Downloads the shared hot item history from the vendor's FTP server into the per-user folder and
 // fills the two history lists from it, each in file order, then sorted by bids. The download is tried
-// again every second, at most 30 times; when it never succeeds, or the server cannot be reached at
-// all, both lists stay empty and the load still completes.
+// again every second, at most 30 times and within the session's retry budget altogether; a file over
+// the download limit is not tried again. When it never succeeds, or the server cannot be reached at
+// all, both lists stay empty and the load still completes. At most kMaxHistoryRows lines are shown.
 class CLoadHotItemsThread {
  public:
   static constexpr int kMaxAttempts = 30;

@@ -2,6 +2,7 @@
 // Copyright 2026 The Gavelscope developers
 #include "keywords/CategoryList.h"
 
+#include "net/NetOptions.h"
 #include "net/TextHelpers.h"
 
 namespace gavelscope::keywords {
@@ -39,24 +40,34 @@ CategoryLoadState BeginCatalogue(CCategoryTree& tree) {
 LineEffect ParseCategoryLine(CCategoryTree& tree, std::string_view line, CategoryLoadState& state) {
   LineEffect effect;
   std::string name;
-  if (const int p = Find(line, "~CAT~", 0); p != -1) {
+  // Past the catalogue's limits, lines are read and passed over: the tree and its keywords stay at
+  // what a list of honest size holds.
+  const bool roomForItem = state.items < net::limits::kMaxCatalogueItems;
+  const bool itemLine = Find(line, "~CAT~", 0) != -1 || Find(line, "~SUBCAT~", 0) != -1;
+  // The keywords that follow a passed-over item are its own, not the last kept item's.
+  if (itemLine && !roomForItem) state.full = true;
+  if (const int p = Find(line, "~CAT~", 0); p != -1 && roomForItem) {
     ReadNameAndLink(line, p, 5, name, state.link);
     state.category = tree.InsertRootItem(name);
     Decorate(tree, state.category, CategoryFont());
     state.subcategory = kNoItem;
     effect.category = true;
+    ++state.items;
   }
-  if (const int p = Find(line, "~SUBCAT~", 0); p != -1) {
+  if (const int p = Find(line, "~SUBCAT~", 0); p != -1 && roomForItem) {
     ReadNameAndLink(line, p, 8, name, state.link);
     state.subcategory = tree.InsertChildItem(state.category, name);
     Decorate(tree, state.subcategory, SubCategoryFont());
     effect.subcategory = true;
+    ++state.items;
   }
-  if (const int p = Find(line, "~KEYWORD~", 0); p != -1) {
+  const bool roomForKeywords = !state.full && state.keywords < net::limits::kMaxCatalogueKeywords;
+  if (const int p = Find(line, "~KEYWORD~", 0); p != -1 && roomForKeywords) {
     auto array = std::make_shared<KeywordArray>();
     int start = p + 9;
     int q = Find(line, kSeparator, p);
-    while (q != -1) {
+    while (q != -1 && array->size() < net::limits::kMaxKeywordsPerItem &&
+           state.keywords < net::limits::kMaxCatalogueKeywords) {
       const int r = Find(line, kSeparator, q + kSeparatorLength);
       if (r == -1) break;
       auto record = std::make_shared<CKeyWordRecord>();
@@ -64,6 +75,7 @@ LineEffect ParseCategoryLine(CCategoryTree& tree, std::string_view line, Categor
       record->SetKeyword(ExtractBetween(line, start, q));
       record->SetSearchLink(ExtractBetween(line, q + kSeparatorLength, r));
       array->push_back(std::move(record));
+      ++state.keywords;
       start = r + kSeparatorLength;
       q = Find(line, kSeparator, start);
     }

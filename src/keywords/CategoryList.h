@@ -15,6 +15,10 @@ struct CategoryLoadState {
   TreeItem category = kNoItem;
   TreeItem subcategory = kNoItem;
   std::string link;
+  // What the load has taken so far, against the catalogue's limits.
+  std::size_t items = 0;
+  std::size_t keywords = 0;
+  bool full = false;  // an item was passed over
 };
 
 struct LineEffect {
@@ -31,7 +35,9 @@ CategoryLoadState BeginCatalogue(CCategoryTree& tree);
 //   ~SUBCAT~name~|~link~|~     a sub-category of the category read last
 //   ~KEYWORD~k1~|~s1~|~k2~|~s2~|~...   the keywords of the item read last, in rank order
 // Each marker is handled on its own, so a line holding two is applied for both. A keyword pair
-// without its closing separator ends the line's pairs and is dropped.
+// without its closing separator ends the line's pairs and is dropped. Items beyond
+// kMaxCatalogueItems are passed over, and keyword lines keep at most kMaxKeywordsPerItem keywords,
+// kMaxCatalogueKeywords in the whole load.
 LineEffect ParseCategoryLine(CCategoryTree& tree, std::string_view line, CategoryLoadState& state);
 
 }  // namespace gavelscope::keywords

@@ -4,7 +4,7 @@
 
 #include <cstdio>
 
-#include "net/FileOutput.h"
+#include "net/Files.h"
 #include "net/Session.h"
 #include "net/Transfer.h"
 
@@ -37,26 +37,35 @@ std::string FtpClient::UrlFor(std::string_view remoteName) const {
   return url;
 }
 
-NetResult FtpClient::Connect(std::stop_token stop) {
+NetResult FtpClient::Connect(std::stop_token stop, std::optional<Deadline> deadline) {
   Transfer transfer(m_session, UrlFor({}), std::move(stop));
   Configure(transfer, m_account);
+  if (deadline) transfer.SetDeadline(*deadline);
   curl_easy_setopt(transfer.handle(), CURLOPT_NOBODY, 1L);
   transfer.RunToEnd();
   return transfer.Outcome();
 }
 
-NetResult FtpClient::GetFile(std::string_view remoteName, const std::filesystem::path& local, std::stop_token stop) {
-  std::string content;
+NetResult FtpClient::GetFile(std::string_view remoteName, const std::filesystem::path& local, std::stop_token stop,
+                             std::optional<Deadline> deadline) {
+  NetResult opened;
+  const std::unique_ptr<FileWriter> file = FileWriter::Open(local, opened);
+  if (!file) return opened;
   Transfer transfer(m_session, UrlFor(remoteName), std::move(stop));
   Configure(transfer, m_account);
+  if (deadline) transfer.SetDeadline(*deadline);
   curl_easy_setopt(transfer.handle(), CURLOPT_TRANSFERTEXT, 0L);
-  transfer.SetBodySink([&content](std::string_view bytes) {
-    content.append(bytes);
-    return true;
+  transfer.SetMaxBodyBytes(m_session->options().maxDownloadBytes);
+  // Straight to the file as it arrives: a download is never held in memory whole.
+  NetResult written{true, {}};
+  transfer.SetBodySink([&](std::string_view bytes) {
+    written = file->Write(bytes);
+    return written.ok;
   });
   transfer.RunToEnd();
+  if (!written) return written;
   const NetResult result = transfer.Outcome();
-  return result ? WriteFileAtomically(local, content) : result;
+  return result ? file->Commit() : result;
 }
 
 NetResult FtpClient::PutFile(const std::filesystem::path& local, std::string_view remoteName, std::stop_token stop) {

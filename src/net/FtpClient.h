@@ -3,7 +3,9 @@
 #pragma once
 
 #include <filesystem>
+#include <chrono>
 #include <memory>
+#include <optional>
 #include <stop_token>
 #include <string>
 #include <string_view>
@@ -20,13 +22,17 @@ class Session;
 // belongs to one thread at a time.
 class FtpClient {
  public:
+  using Deadline = std::chrono::steady_clock::time_point;
+
   FtpClient(const NetOptions& options, FtpAccount account);
   ~FtpClient();
 
   // Logs in, proving the server and the account.
-  NetResult Connect(std::stop_token stop);
-  // Writes the remote file to `local` as a whole: a failed download leaves what was there before.
-  NetResult GetFile(std::string_view remoteName, const std::filesystem::path& local, std::stop_token stop);
+  NetResult Connect(std::stop_token stop, std::optional<Deadline> deadline = {});
+  // Streams the remote file into `local`, which gets it whole or keeps what it had: a failed or
+  // too large download leaves what was there before. A deadline ends the attempt early.
+  NetResult GetFile(std::string_view remoteName, const std::filesystem::path& local, std::stop_token stop,
+                    std::optional<Deadline> deadline = {});
   NetResult PutFile(const std::filesystem::path& local, std::string_view remoteName, std::stop_token stop);
   NetResult Remove(std::string_view remoteName, std::stop_token stop);
 

@@ -19,6 +19,7 @@ PageResult FetchPageText(const std::shared_ptr<Session>& session, std::string_vi
   PageResult result;
   Transfer transfer(session, url, std::move(stop));
   transfer.SetReadChunkSize(kPageChunkBytes);
+  transfer.SetMaxBodyBytes(session->options().maxPageBytes);
   transfer.SetBodySink([&result](std::string_view bytes) {
     std::size_t start = 0;
     while (start < bytes.size()) {

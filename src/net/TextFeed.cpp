@@ -21,23 +21,33 @@ NetResult OpenTransfer(Transfer& transfer) {
 
 }  // namespace
 
-TextFeed::TextFeed(std::unique_ptr<Transfer> transfer) : m_transfer(std::move(transfer)) {}
+TextFeed::TextFeed(std::unique_ptr<Transfer> transfer, std::size_t maxLineBytes)
+    : m_transfer(std::move(transfer)), m_maxLineBytes(maxLineBytes) {}
 
 TextFeed::~TextFeed() = default;
 
 bool TextFeed::ReadLine(std::string& line) {
+  if (m_failed) return false;
   std::string& buffer = m_transfer->buffer();
+  // Bytes already looked at are never looked at again, so a line costs its length however it
+  // arrives, and a line that grows past the limit ends the feed instead of memory.
   std::size_t scanned = m_consumed;
   std::size_t feed = buffer.find('\n', scanned);
-  while (feed == std::string::npos && !m_transfer->done()) {
-    scanned = buffer.size();
-    m_transfer->Run([&] { return buffer.find('\n', scanned) != std::string::npos; });
-    feed = buffer.find('\n', scanned);
+  const auto lineTooLong = [&] { return buffer.size() - m_consumed > m_maxLineBytes; };
+  while (feed == std::string::npos && !m_transfer->done() && !lineTooLong()) {
+    m_transfer->Run([&] {
+      feed = buffer.find('\n', scanned);
+      scanned = buffer.size();
+      return feed != std::string::npos || lineTooLong();
+    });
+    if (feed == std::string::npos) feed = buffer.find('\n', scanned);
   }
+  if (feed != std::string::npos && feed - m_consumed > m_maxLineBytes) feed = std::string::npos;
   if (feed == std::string::npos) {
     // The resource has ended. A last line without a line feed still counts, unless the transfer
-    // broke off: then it may be cut short, and the feed ends at the last complete line.
-    if (!m_transfer->succeeded()) m_failed = true;
+    // broke off or went over a limit: then it may be cut short, and the feed ends at the last
+    // complete line.
+    if (lineTooLong() || !m_transfer->succeeded()) m_failed = true;
     if (m_failed || m_consumed >= buffer.size()) return false;
     feed = buffer.size();
   }
@@ -62,12 +72,13 @@ long TextFeed::responseCode() const {
 FeedOpenResult OpenTextFeed(const std::shared_ptr<Session>& session, std::string_view url, std::stop_token stop) {
   auto transfer = std::make_unique<Transfer>(session, url, std::move(stop));
   transfer->SetReadChunkSize(kFeedChunkBytes);
+  transfer->SetMaxBodyBytes(session->options().maxFeedBytes);
   // curl keeps connections alive and caches nothing, which is what these lists need; the headers
   // replace curl's own Accept and add the user agent the vendor's server expects.
   transfer->SetRequestHeaders({"Accept: text", "User-Agent: HTML Get Sample"});
   const NetResult opened = OpenTransfer(*transfer);
   if (!opened) return {nullptr, opened.error};
-  return {std::make_unique<TextFeed>(std::move(transfer)), {}};
+  return {std::make_unique<TextFeed>(std::move(transfer), session->options().maxLineBytes), {}};
 }
 
 NetResult ProbeUrl(const std::shared_ptr<Session>& session, std::string_view url, std::stop_token stop) {

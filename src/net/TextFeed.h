@@ -18,13 +18,14 @@ class Transfer;
 // An open text resource read line by line. Closing a feed is destroying it.
 class TextFeed {
  public:
-  explicit TextFeed(std::unique_ptr<Transfer> transfer);
+  TextFeed(std::unique_ptr<Transfer> transfer, std::size_t maxLineBytes);
   ~TextFeed();
   TextFeed(const TextFeed&) = delete;
   TextFeed& operator=(const TextFeed&) = delete;
 
   // The next line without its line feed (a carriage return before it stays); false at the end.
-  // A failure while reading ends the feed after the last complete line; failed() then tells.
+  // A failure while reading, a line longer than the session's limit or a feed longer than its
+  // limit ends the feed after the last complete line; failed() then tells.
   bool ReadLine(std::string& line);
   bool failed() const { return m_failed; }
   // The server's reply code (an HTTP status), 0 when none came. A feed opens on any answer, a
@@ -33,6 +34,7 @@ class TextFeed {
 
  private:
   std::unique_ptr<Transfer> m_transfer;
+  std::size_t m_maxLineBytes;
   std::size_t m_consumed = 0;
   bool m_failed = false;
 };

@@ -2,6 +2,7 @@
 // Copyright 2026 The Gavelscope developers
 #include "net/Transfer.h"
 
+#include <algorithm>
 #include <string>
 
 #include "net/Session.h"
@@ -29,6 +30,7 @@ Transfer::Transfer(std::shared_ptr<Session> session, std::string_view url, std::
   curl_easy_setopt(m_easy, CURLOPT_ACCEPTTIMEOUT_MS, static_cast<long>(options.connectTimeout.count()));
   curl_easy_setopt(m_easy, CURLOPT_LOW_SPEED_LIMIT, options.lowSpeedBytesPerSecond);
   curl_easy_setopt(m_easy, CURLOPT_LOW_SPEED_TIME, static_cast<long>(options.lowSpeedTime.count()));
+  curl_easy_setopt(m_easy, CURLOPT_TIMEOUT_MS, static_cast<long>(options.transferDeadline.count()));
   curl_easy_setopt(m_easy, CURLOPT_WRITEFUNCTION, &Transfer::OnBody);
   curl_easy_setopt(m_easy, CURLOPT_WRITEDATA, this);
   curl_easy_setopt(m_easy, CURLOPT_HEADERFUNCTION, &Transfer::OnHeader);
@@ -49,6 +51,24 @@ Transfer::~Transfer() {
 
 void Transfer::SetReadChunkSize(long bytes) {
   curl_easy_setopt(m_easy, CURLOPT_BUFFERSIZE, bytes);
+}
+
+void Transfer::SetMaxBodyBytes(std::size_t bytes) {
+  m_maxBodyBytes = bytes;
+  // A declared length over the limit fails before the body starts.
+  curl_easy_setopt(m_easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(bytes));
+}
+
+void Transfer::SetDeadline(std::chrono::steady_clock::time_point deadline) {
+  using std::chrono::milliseconds;
+  const NetOptions& options = m_session->options();
+  const auto left = std::chrono::duration_cast<milliseconds>(deadline - std::chrono::steady_clock::now());
+  // libcurl reads 0 as "no limit": a deadline already past still gets a moment, and fails then.
+  const long total = static_cast<long>(std::max<milliseconds>(std::min(left, options.transferDeadline), milliseconds(1)).count());
+  const long connect = std::min(total, static_cast<long>(options.connectTimeout.count()));
+  curl_easy_setopt(m_easy, CURLOPT_TIMEOUT_MS, total);
+  curl_easy_setopt(m_easy, CURLOPT_CONNECTTIMEOUT_MS, connect);
+  curl_easy_setopt(m_easy, CURLOPT_ACCEPTTIMEOUT_MS, connect);
 }
 
 void Transfer::SetRequestHeaders(std::initializer_list<const char*> lines) {
@@ -86,6 +106,9 @@ NetResult Transfer::Outcome() const {
   if (succeeded()) return {true, {}};
   if (!m_done) return {false, "transfer not finished"};
   if (m_result == CURLE_ABORTED_BY_CALLBACK && m_stop.stop_requested()) return {false, "cancelled"};
+  if (m_overLimit || m_result == CURLE_FILESIZE_EXCEEDED) {
+    return {false, "answer larger than " + std::to_string(m_maxBodyBytes) + " bytes", true};
+  }
   // The text comes from the result and the server's reply code, not from libcurl's error buffer,
   // which can still hold an earlier message after an active-mode FTP transfer.
   std::string error = curl_easy_strerror(m_result);
@@ -99,6 +122,10 @@ size_t Transfer::OnBody(char* data, size_t size, size_t count, void* self) {
   auto* transfer = static_cast<Transfer*>(self);
   const std::string_view bytes(data, size * count);
   transfer->m_bodyBytes += bytes.size();
+  if (transfer->m_maxBodyBytes != 0 && transfer->m_bodyBytes > transfer->m_maxBodyBytes) {
+    transfer->m_overLimit = true;
+    return 0;
+  }
   if (transfer->m_sink) return transfer->m_sink(bytes) ? bytes.size() : 0;
   transfer->m_buffer.append(bytes);
   return bytes.size();

@@ -2,6 +2,7 @@
 // Copyright 2026 The Gavelscope developers
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <initializer_list>
 #include <memory>
@@ -32,8 +33,12 @@ class Transfer {
   CURL* handle() const { return m_easy; }
   void SetReadChunkSize(long bytes);
   void SetRequestHeaders(std::initializer_list<const char*> lines);
-  // Body bytes go to the sink instead of the buffer.
+  // Body bytes go to the sink instead of the buffer. A sink that returns false ends the transfer.
   void SetBodySink(std::function<bool(std::string_view)> sink) { m_sink = std::move(sink); }
+  // A body beyond `bytes` ends the transfer as a failure that says so.
+  void SetMaxBodyBytes(std::size_t bytes);
+  // Ends the transfer at `deadline` if its own limits have not ended it before.
+  void SetDeadline(std::chrono::steady_clock::time_point deadline);
 
   // Runs until `enough` holds (checked before each wait) or the transfer ends.
   void Run(const std::function<bool()>& enough);
@@ -44,6 +49,7 @@ class Transfer {
   bool done() const { return m_done; }
   bool succeeded() const { return m_done && m_result == CURLE_OK; }
   bool responseStarted() const { return m_headersDone || !m_buffer.empty() || m_bodyBytes > 0; }
+  bool overLimit() const { return m_overLimit; }
   // Body bytes received and not yet taken by the owner (when no sink is set).
   std::string& buffer() { return m_buffer; }
   NetResult Outcome() const;
@@ -62,6 +68,8 @@ class Transfer {
   std::function<bool(std::string_view)> m_sink;
   std::string m_buffer;
   std::size_t m_bodyBytes = 0;
+  std::size_t m_maxBodyBytes = 0;
+  bool m_overLimit = false;
   bool m_headersDone = false;
   bool m_done = false;
   CURLcode m_result = CURLE_OK;

@@ -2,15 +2,13 @@
 // Copyright 2026 The Gavelscope developers
 #include "query/QueryFile.h"
 
-#include <fstream>
-#include <iterator>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "app/Archive.h"
 #include "keywords/CategoryNameObject.h"
-#include "net/FileOutput.h"
+#include "net/Files.h"
 
 namespace gavelscope::query {
 
@@ -196,19 +194,14 @@ bool LoadQueryBytes(std::string bytes, CMySettings& out, std::string& error) {
 }
 
 net::NetResult SaveQueryFile(const std::filesystem::path& file, const CMySettings& settings) {
-  if (!net::WriteFileAtomically(file, SaveQueryBytes(settings))) {
-    return {false, "Cannot Save To File : " + file.string()};
-  }
-  return {true, {}};
+  return net::WriteWholeFile(file, SaveQueryBytes(settings));
 }
 
 net::NetResult LoadQueryFile(const std::filesystem::path& file, CMySettings& out) {
   const net::NetResult failed{false, "Cannot Load File : " + file.string()};
-  std::ifstream in(file, std::ios::binary);
-  if (!in) return failed;
-  std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-  if (in.bad()) return failed;
+  std::string bytes;
   std::string ignored;
+  if (!net::ReadWholeFile(file, net::limits::kMaxQueryFileBytes, bytes, ignored)) return failed;
   if (!LoadQueryBytes(std::move(bytes), out, ignored)) return failed;
   return {true, {}};
 }

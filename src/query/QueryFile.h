@@ -19,7 +19,8 @@ std::string SaveQueryBytes(const CMySettings& settings);
 // reason in `error` and leaves `out` as it was; data after the last category is ignored.
 bool LoadQueryBytes(std::string bytes, CMySettings& out, std::string& error);
 
-// Nothing half-written is left behind: a failed save keeps what the file held before.
+// Nothing half-written is left behind: a failed save keeps what the file held before, and its
+// error is the system's reason.
 net::NetResult SaveQueryFile(const std::filesystem::path& file, const CMySettings& settings);
 net::NetResult LoadQueryFile(const std::filesystem::path& file, CMySettings& out);
 

@@ -160,7 +160,7 @@ TEST(Cli, QueryFilesAreWrittenShownAndReportedWhenTheyFail) {
   const std::string unwritable = (folder / "missing" / "q.sbqry").string();
   const Outcome unsaved = RunCommand({"query-new", "--output", unwritable});
   EXPECT_EQ(unsaved.status, kExitFailure);
-  EXPECT_EQ(unsaved.err, "Cannot Save To File : " + unwritable + "\n");
+  EXPECT_EQ(unsaved.err, "Cannot Save To File : " + unwritable + ": No such file or directory\n");
   testing::WriteFileBytes(folder / "broken.sbqry", "\xFF\xFF\x02");
   const Outcome unloaded = RunCommand({"query", (folder / "broken.sbqry").string()});
   EXPECT_EQ(unloaded.status, kExitFailure);

@@ -320,8 +320,9 @@ TEST(QueryFile, FilesReportTheirPathOnFailure) {
   EXPECT_EQ(loaded, settings);
 
   const auto nowhere = folder / "missing" / "q.sbqry";
-  EXPECT_EQ(SaveQueryFile(nowhere, settings).error, "Cannot Save To File : " + nowhere.string());
+  EXPECT_EQ(SaveQueryFile(nowhere, settings).error, "No such file or directory");
   EXPECT_EQ(LoadQueryFile(nowhere, loaded).error, "Cannot Load File : " + nowhere.string());
+  EXPECT_EQ(LoadQueryFile(folder.path(), loaded).error, "Cannot Load File : " + folder.path().string());
   testing::WriteFileBytes(file, SaveQueryBytes(settings).substr(0, 150));
   EXPECT_EQ(LoadQueryFile(file, loaded).error, "Cannot Load File : " + file.string());
   EXPECT_EQ(loaded, settings);
