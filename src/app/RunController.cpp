@@ -70,8 +70,15 @@ void CRunController::Start() {
   // UK first, then USA; each worker sets its Site's event by looking at its own address.
   const std::string ukRoot = m_config.profile.uk.listingRoot;
   const std::string usaRoot = m_config.profile.usa.listingRoot;
-  m_threads.Start([this, ukRoot](std::stop_token stop) { LoadSiteCategories(m_categoriesUK, ukRoot, stop); });
-  m_threads.Start([this, usaRoot](std::stop_token stop) { LoadSiteCategories(m_categoriesUSA, usaRoot, stop); });
+  for (auto [target, root] : {std::pair{&m_categoriesUK, ukRoot}, {&m_categoriesUSA, usaRoot}}) {
+    const bool started =
+        m_threads.Start([this, target, root](std::stop_token stop) { LoadSiteCategories(*target, root, stop); });
+    // Without its thread the Site has no categories, as when its home page cannot be read.
+    if (!started && !m_bShutDown) {
+      OnThreadFinished();
+      target->ready.Set();
+    }
+  }
 
   StartAnalysis();
 
@@ -123,10 +130,19 @@ void CRunController::StartAnalysisThreads() {
 
 template <typename Job>
 std::jthread CRunController::StartLoad(Load load, Job job) {
-  return std::jthread([this, load, job = std::move(job)](std::stop_token stop) mutable {
-    job.Run(stop);
+  try {
+    return std::jthread([this, load, job = std::move(job)](std::stop_token stop) mutable {
+      job.Run(stop);
+      LoadDone(load).Set();
+    });
+  } catch (const std::system_error&) {
+    // A load whose thread cannot be created (the process is at its thread limit) failed like one
+    // whose server never answered: its list stays empty and it still counts, so the run ends.
+    if (load == Load::KeywordsUK || load == Load::KeywordsUSA) SetRefreshDone(true);
+    OnThreadFinished();
     LoadDone(load).Set();
-  });
+    return {};
+  }
 }
 
 void CRunController::StopAnalysisThreads() {
@@ -225,11 +241,18 @@ void CRunController::StartQuery(std::unique_ptr<query::CInitialiseHotItemQueryTh
   m_queryEnded.Reset();
   m_queryAlive = true;
   SetQueryRunning(true);
-  m_queryThread = std::jthread([this, run = std::move(run)](std::stop_token stop) {
-    run->RunQuery(stop);
+  try {
+    m_queryThread = std::jthread([this, run = std::move(run)](std::stop_token stop) {
+      run->RunQuery(stop);
+      m_queryAlive = false;
+      m_queryEnded.Set();
+    });
+  } catch (const std::system_error&) {
+    // No thread for the run: it ends at once with no rows, as a run whose pages all failed.
+    SetQueryRunning(false);
     m_queryAlive = false;
     m_queryEnded.Set();
-  });
+  }
 }
 
 void CRunController::IncrementPagesSearched() {

@@ -2,6 +2,8 @@
 // Copyright 2026 The Gavelscope developers
 #include "app/ThreadOwner.h"
 
+#include <system_error>
+
 namespace gavelscope::app {
 
 ThreadOwner::~ThreadOwner() {
@@ -13,11 +15,16 @@ bool ThreadOwner::Start(std::function<void(std::stop_token)> job) {
   if (m_closed) return false;
   ReapFinishedLocked();
   auto finished = std::make_shared<std::atomic<bool>>(false);
-  std::jthread thread([job = std::move(job), finished](std::stop_token stop) {
-    job(std::move(stop));
-    finished->store(true);
-  });
-  m_workers.push_back(Worker{std::move(finished), std::move(thread)});
+  try {
+    std::jthread thread([job = std::move(job), finished](std::stop_token stop) {
+      job(std::move(stop));
+      finished->store(true);
+    });
+    m_workers.push_back(Worker{std::move(finished), std::move(thread)});
+  } catch (const std::system_error&) {
+    // At the process's thread limit: the job is not run, and the caller hears so.
+    return false;
+  }
   return true;
 }
 

@@ -22,7 +22,7 @@ class ThreadOwner {
   ThreadOwner(const ThreadOwner&) = delete;
   ThreadOwner& operator=(const ThreadOwner&) = delete;
 
-  // False (and nothing started) once StopAndJoinAll has begun.
+  // False (and nothing started) once StopAndJoinAll has begun, or when no thread can be created.
   bool Start(std::function<void(std::stop_token)> job);
   void StopAndJoinAll();
   std::size_t RunningCount() const;

@@ -3,6 +3,13 @@
 #include "cli/CliApp.h"
 
 #include <gtest/gtest.h>
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/inotify.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <sstream>
@@ -51,7 +58,9 @@ INSTANTIATE_TEST_SUITE_P(Cli, CliUsageErrors,
                          ::testing::Values(UsageCase{"NoCommand", {}}, UsageCase{"UnknownCommand", {"bogus"}},
                                            UsageCase{"SiteUnknown", {"categories", "--site", "fr"}},
                                            UsageCase{"ConnectToMalformed",
-                                                     {"--connect-to", "host:80", "categories", "--site", "uk"}}),
+                                                     {"--connect-to", "host:80", "categories", "--site", "uk"}},
+                                           UsageCase{"EmptyExport", {"auctions", "--site", "uk", "--export", ""}},
+                                           UsageCase{"EmptyOutput", {"query-new", "--output", ""}}),
                          [](const auto& info) { return std::string(info.param.name); });
 
 TEST(Cli, HelpAndVersionGoToStdout) {
@@ -109,6 +118,11 @@ TEST_F(CliOnSandbox, KeywordsExportGoesToStdoutOrToAFile) {
   EXPECT_EQ(testing::ReadFileBytes(folder / "top.txt"), printed.out);
   EXPECT_EQ(exported.err, "List Has Been Successfully Exported.\n");
   EXPECT_TRUE(exported.out.empty());
+
+  args.back() = "-";
+  const Outcome piped = RunCommand(args);
+  EXPECT_EQ(piped.out, printed.out);
+  EXPECT_TRUE(piped.err.empty());
 }
 
 TEST_F(CliOnSandbox, AuctionsExportToAFile) {
@@ -121,9 +135,11 @@ TEST_F(CliOnSandbox, AuctionsExportToAFile) {
   EXPECT_EQ(outcome.err, "List Has Been Successfully Exported.\n");
   const std::string written = testing::ReadFileBytes(folder / "auctions.txt");
   EXPECT_TRUE(written.starts_with("\t\t\tTodays Auctions\r\n\r\nPosition\tCount\tAuction\r\n\r\n1\t\t")) << written;
-  // A file that cannot be written is reported, and the command fails.
+  // A file that cannot be written is reported with the system's reason, and the command fails.
   args.back() = (folder / "no-such-folder" / "auctions.txt").string();
-  EXPECT_EQ(RunCommand(args).status, kExitFailure);
+  const Outcome failed = RunCommand(args);
+  EXPECT_EQ(failed.status, kExitFailure);
+  EXPECT_EQ(failed.err, "Cannot write " + args.back() + ": No such file or directory\n");
 }
 
 TEST_F(CliOnSandbox, KeywordsOfOneItem) {
@@ -173,6 +189,48 @@ TEST(Cli, SandboxOptionStartsTheStandInSites) {
   ASSERT_EQ(outcome.status, kExitOk) << outcome.err;
   EXPECT_TRUE(outcome.out.starts_with("Antiques\t/Antiques_W0QQsacatZ1000/list\n")) << outcome.out;
 }
+
+// The real program, stopped by a signal while a site keeps it waiting: it ends as a finished run
+// does, with its working folder removed, and says which signal ended it.
+class CliSignals : public testing::SandboxTest, public ::testing::WithParamInterface<int> {};
+
+TEST_P(CliSignals, StopTheRunAndRemoveItsFolder) {
+  testing::TempFolder cache;
+  const auto folder = cache / "gavelscope";
+  std::filesystem::create_directory(folder);
+  const int watch = inotify_init1(IN_CLOEXEC);
+  ASSERT_GE(inotify_add_watch(watch, folder.c_str(), IN_CREATE), 0);
+
+  testing::SilentServer silent;
+  std::vector<std::string> words{GAVELSCOPE_CLI_PATH, "--connect-to", silent.ConnectTo("listings.ebay.com")};
+  for (const std::string& mapping : Sandbox().connectTo()) words.insert(words.end(), {"--connect-to", mapping});
+  words.insert(words.end(), {"categories", "--site", "usa"});
+  std::vector<char*> argv;
+  for (std::string& word : words) argv.push_back(word.data());
+  argv.push_back(nullptr);
+  const std::string home = "XDG_CACHE_HOME=" + cache.path().string();
+  std::vector<char*> envp{const_cast<char*>(home.c_str()), nullptr};
+  pid_t child = 0;
+  ASSERT_EQ(posix_spawn(&child, argv[0], nullptr, nullptr, argv.data(), envp.data()), 0);
+
+  // The run folder appears once the probe has passed and the run has begun.
+  pollfd ready{watch, POLLIN, 0};
+  ASSERT_EQ(poll(&ready, 1, 30000), 1);
+  close(watch);
+  kill(child, GetParam());
+  const int exited = static_cast<int>(syscall(SYS_pidfd_open, child, 0));
+  pollfd done{exited, POLLIN, 0};
+  EXPECT_EQ(poll(&done, 1, 10000), 1) << "still running 10 s after the signal";
+  close(exited);
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  ASSERT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(WEXITSTATUS(status), 128 + GetParam());
+  EXPECT_TRUE(std::filesystem::is_empty(folder));
+}
+
+INSTANTIATE_TEST_SUITE_P(Cli, CliSignals, ::testing::Values(SIGINT, SIGTERM),
+                         [](const auto& info) { return std::string(info.param == SIGINT ? "Interrupt" : "Terminate"); });
 
 }  // namespace
 }  // namespace gavelscope::cli

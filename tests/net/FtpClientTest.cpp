@@ -52,14 +52,21 @@ TEST_F(FtpClientTest, PutsThenRemovesAFile) {
   EXPECT_FALSE(client.Remove("Uploaded.txt", {}));
 }
 
-TEST_F(FtpClientTest, MissingFileFailsAndKeepsTheLocalCopy) {
-  FtpClient client = Client();
+TEST_F(FtpClientTest, AFailedOrTooLargeDownloadKeepsTheLocalCopyAndLeavesNothingBeside) {
   WriteFileBytes(m_local / "HotItemList.txt", "what we had");
-  const NetResult got = client.GetFile("NoSuchFile.txt", m_local / "HotItemList.txt", {});
-  EXPECT_FALSE(got);
-  EXPECT_NE(got.error.find("550"), std::string::npos) << got.error;
+  const NetResult missing = Client().GetFile("NoSuchFile.txt", m_local / "HotItemList.txt", {});
+  EXPECT_FALSE(missing);
+  EXPECT_NE(missing.error.find("550"), std::string::npos) << missing.error;
+
+  NetOptions options = SandboxNetOptions();
+  options.maxDownloadBytes = 1000;
+  FtpClient small(options, CompiledProfile().vendor.ftp);
+  const NetResult large = small.GetFile("HotItemList.txt", m_local / "HotItemList.txt", {});
+  EXPECT_FALSE(large);
+  EXPECT_TRUE(large.overLimit);
+
   EXPECT_EQ(ReadFileBytes(m_local / "HotItemList.txt"), "what we had");
-  EXPECT_FALSE(std::filesystem::exists(m_local / "HotItemList.txt.part"));
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_local.path()), {}), 1);
 }
 
 TEST_F(FtpClientTest, WrongPasswordIsRefused) {

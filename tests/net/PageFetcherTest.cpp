@@ -52,6 +52,25 @@ TEST_F(PageFetcher, BrokenConnectionYieldsWhatWasReadAndRenews) {
   EXPECT_NE(shared.Current(), before);
 }
 
+TEST_F(PageFetcher, APageOverTheLimitOrTheDeadlineFailsWithWhatArrived) {
+  NetOptions options = SandboxNetOptions();
+  options.maxPageBytes = 5000;
+  const PageResult large =
+      FetchPageText(Session::Create(options), TextUrl("listings.ebay.com", std::string(6000, 'x')), {});
+  EXPECT_FALSE(large.outcome);
+  EXPECT_TRUE(large.outcome.overLimit);
+  EXPECT_LE(large.text.size(), 5000U);
+  // 1 KiB every 10 ms: fast enough for the low-speed limit, ten seconds long against the deadline.
+  options = SandboxNetOptions();
+  options.transferDeadline = std::chrono::milliseconds(300);
+  const auto started = std::chrono::steady_clock::now();
+  const PageResult slow =
+      FetchPageText(Session::Create(options), "http://listings.ebay.com/_test/slow?bytes=1000000", {});
+  EXPECT_FALSE(slow.outcome);
+  EXPECT_FALSE(slow.outcome.overLimit);
+  EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(3));
+}
+
 TEST_F(PageFetcher, RenewalLeavesAFetchInFlightItsSession) {
   SharedSession shared(SandboxNetOptions());
   std::shared_ptr<Session> held = shared.Current();

@@ -64,6 +64,27 @@ TEST_F(TextFeedTest, BrokenConnectionEndsTheFeedAfterTheLastWholeLine) {
   EXPECT_TRUE(opened.feed->failed());
 }
 
+TEST_F(TextFeedTest, ALineOverItsLimitEndsTheFeedAfterTheLastWholeLine) {
+  NetOptions options = SandboxNetOptions();
+  options.maxLineBytes = 100;
+  options.maxFeedBytes = 1000;
+  const auto session = Session::Create(options);
+  const std::string fits(100, 'x');
+  for (const std::string& body : {"one\n" + fits + "\n" + fits + "x\ntwo\n", "one\n" + fits + "x"}) {
+    FeedOpenResult opened = OpenTextFeed(session, TextUrl("www.gavelscope.example", body), {});
+    ASSERT_TRUE(opened.feed) << opened.error;
+    std::vector<std::string> lines;
+    for (std::string line; opened.feed->ReadLine(line);) lines.push_back(line);
+    EXPECT_EQ(lines.front(), "one");
+    EXPECT_LE(lines.size(), 2U);
+    EXPECT_TRUE(opened.feed->failed());
+  }
+  // A length declared over the feed's limit fails the open; an undeclared one fails as it passes.
+  const FeedOpenResult large = OpenTextFeed(session, TextUrl("www.gavelscope.example", std::string(1001, 'y')), {});
+  EXPECT_FALSE(large.feed);
+  EXPECT_EQ(large.error, "answer larger than 1000 bytes");
+}
+
 TEST_F(TextFeedTest, UnreachableHostGivesOneFailureAndNoFeed) {
   NetOptions options = SandboxNetOptions();
   options.connectTo = {"www.gavelscope.example:80:127.0.0.1:" + std::to_string(ClosedLoopbackPort())};
