@@ -1,0 +1,154 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Copyright 2026 The Gavelscope developers
+"""Self-check of the sandbox's hostile modes."""
+import ftplib
+import itertools
+import re
+import select
+import socket
+import struct
+import sys
+import tempfile
+import threading
+import unittest
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "sandbox"))
+
+from hostile import Hostile, RepeatingFile  # noqa: E402
+from sandbox import FTP_HOST, FtpThread, Tally, fill_ftp_root, quiet_ftp_logging  # noqa: E402
+from sitegen import SiteGenerator  # noqa: E402
+
+KNOBS = dict(categories=4, subcategories=3, keywords=4, items=6, pages=3)
+NEXT = re.compile(rb'<a href="([^"]+)">Next <img [^>]*title="Continue"')
+VENDOR, UK_LIST = "www.gavelscope.example", "/CategoryListUK.txt"
+
+
+def listing_path(sub, page=1):
+    return f"{sub.path}/list/_W0QQsocmdZListingItemList" + (f"QQfrpgZ{page}" if page > 1 else "")
+
+
+class HostileTest(unittest.TestCase):
+    def setUp(self):
+        self.generator = SiteGenerator(**KNOBS)
+
+    def get(self, modes, host, path, chunks=4):
+        answer = Hostile(self.generator, modes).http_get(host, path)
+        return b"".join(itertools.islice(answer.chunks, chunks)).decode("cp1252")
+
+    def test_without_modes_nothing_changes(self):
+        honest, sub = Hostile(self.generator), self.generator.usa.categories[0].subs[0]
+        for host, path in [("listings.ebay.com", "/"), ("listings.ebay.com", listing_path(sub)),
+                           (VENDOR, UK_LIST), (VENDOR, "/GavelscopeBanners.txt"),
+                           ("evil.example", "/")]:
+            self.assertEqual(honest.http_get(host, path), self.generator.http_get(host, path))
+        self.assertEqual(honest.http_hosts(), self.generator.http_hosts())
+        self.assertEqual(honest.ftp_files(), self.generator.ftp_files())
+
+    def test_home_page_modes_start_with_the_honest_page(self):
+        page = self.generator.uk.home_page().decode("cp1252")
+        endless = self.get(["endless-home"], "listings.ebay.co.uk", "/")
+        self.assertTrue(endless.startswith(page))
+        self.assertGreater(endless.count(re.search(r'<a href="/[^"]+/list/">', page)[0]), 10)
+        drip = Hostile(self.generator, ["drip-home"]).http_get("listings.ebay.co.uk", "/")
+        self.assertEqual((drip.length, drip.pause), (10_000_000, 0.9))
+        self.assertEqual(b"|".join(itertools.islice(drip.chunks, 3)), b"<|h|t")
+
+    def test_category_list_modes(self):
+        line = self.get(["endless-line"], VENDOR, UK_LIST)
+        self.assertTrue(line.isprintable() and len(line) > 500_000)
+
+        second = self.get(["endless-cat"], VENDOR, UK_LIST, 2).split("\r\n")[1]
+        head = "~CAT~Category 2~|~http://listings.ebay.co.uk/Category-2/list/~|~~KEYWORD~"
+        self.assertTrue(second.startswith(head))
+        fields = second[len(head):].split("~|~")
+        self.assertEqual(len(fields), 14001)
+        self.assertEqual(fields[-3:], ["k2_7000", "http://search.ebay.co.uk/k2_7000", ""])
+
+        honest = self.generator.uk.category_list().decode("cp1252").split("\r\n")
+        lines = self.get(["endless-keyword"], VENDOR, UK_LIST).split("\r\n")[:-1]
+        self.assertEqual(lines[:2], [next(line for line in honest if line.startswith(marker))
+                                     for marker in ("~CAT~", "~SUBCAT~")])
+        self.assertGreater(len(lines), 100)
+        for n, line in enumerate(lines[2:], 1):
+            self.assertTrue(line.startswith(f"~KEYWORD~k{n}_1~|~http://search.ebay.co.uk/k{n}_1~"))
+            self.assertEqual(line.count("~|~"), 200)
+
+    def test_userinfo_next_changes_only_the_next_address(self):
+        site = Hostile(self.generator, ["userinfo-next"])
+        sub = self.generator.uk.categories[1].subs[2]
+        for page in range(1, KNOBS["pages"] + 1):
+            honest = self.generator.http_get("listings.ebay.co.uk", listing_path(sub, page))
+            spoilt = site.http_get("listings.ebay.co.uk", listing_path(sub, page))
+            if page == KNOBS["pages"]:
+                self.assertEqual(spoilt, honest)
+                continue
+            href = f"@evil.example/next?page={page + 1}".encode()
+            self.assertEqual(NEXT.search(spoilt)[1], href)
+            self.assertEqual(spoilt.replace(href, NEXT.search(honest)[1]), honest)
+        self.assertIn("evil.example", site.http_hosts())
+        first = self.generator.usa.categories[0].subs[0]
+        self.assertEqual(site.http_get("evil.example", "/next?page=2"),
+                         self.generator.http_get("listings.ebay.com", listing_path(first)))
+
+    def test_banner_list_and_pictures(self):
+        site = Hostile(self.generator, ["zero-minute-banners", "absurd-gif"])
+        honest = self.generator.banner_list().split(b"\r\n")[:-1]
+        spoilt = site.http_get(VENDOR, "/GavelscopeBanners.txt").split(b"\r\n")[:-1]
+        self.assertEqual([line.split(b"|")[1:] for line in spoilt],
+                         [line.split(b"|")[1:] for line in honest])
+        self.assertTrue(all(int(line.split(b"|")[0]) <= 0 for line in spoilt))
+        for name in (line.split(b"|")[2].decode() for line in honest):
+            picture = site.ftp_files()[name]
+            self.assertLess(len(picture), 2000)
+            self.assertEqual(struct.unpack("<6sHH", picture[:10]), (b"GIF89a", 5700, 5700))
+            # Each frame: a control block with a delay of 10, then a 1 x 1 image at 0, 0.
+            frames = re.findall(rb"\x21\xF9\x04.\x0A\x00.\x00\x2C\0\0\0\0\x01\0\x01\0", picture,
+                                re.DOTALL)
+            self.assertEqual(len(frames), 50)
+
+    def test_made_up_history(self):
+        history = self.generator.hot_item_list()
+        huge = Hostile(self.generator, ["huge-history"]).history_file("HotItemList.txt")
+        self.assertEqual(huge.read(len(history) * 3), history * 3)
+        huge.seek((2 << 30) - 10)
+        start = ((2 << 30) - 10) % len(history)
+        self.assertEqual((huge.read(), huge.read()), ((history * 2)[start:start + 10], b""))
+        endless = Hostile(self.generator, ["endless-history"]).history_file("HotItemList.txt")
+        endless.seek(len(history) * 10**9 + 7)
+        self.assertEqual(endless.read(len(history)), history[7:] + history[:7])
+        for size in (-1, 1 << 31):  # "all" of no end, or more than one slice holds
+            tiny = RepeatingFile("x", b"abc")
+            self.assertEqual(len(tiny.read(size)), tiny.tell())
+
+
+class SilentHistoryTest(unittest.TestCase):
+    def test_the_history_download_never_connects_and_others_still_do(self):
+        site, seen = Hostile(SiteGenerator(**KNOBS), ["silent-history"]), Tally(threading.Event())
+        root = self.enterContext(tempfile.TemporaryDirectory())
+        fill_ftp_root(root, site.ftp_files())
+        quiet_ftp_logging()
+        server = FtpThread(root, site, seen)
+        server.start()
+        self.addCleanup(server.stop)
+        client = ftplib.FTP()  # not as a context: its QUIT would wait for the silent server
+        self.addCleanup(client.close)
+        client.connect("127.0.0.1", server.port, timeout=10)
+        client.login("gavelscope", "h0tlist")
+        client.set_pasv(False)
+        chunks = []
+        client.retrbinary("RETR KeywordsBanner.gif", chunks.append)
+        self.assertEqual(b"".join(chunks), site.ftp_files()["KeywordsBanner.gif"])
+        listener = self.enterContext(socket.create_server(("127.0.0.1", 0)))
+        port = listener.getsockname()[1]
+        client.sendcmd(f"PORT 127,0,0,1,{port >> 8},{port & 255}")
+        # Exactly this answer, so also none left over from the download before.
+        self.assertEqual(client.sendcmd("RETR HotItemList.txt"), "150 Opening data connection.")
+        # A connection would have been started before that answer went out.
+        self.assertEqual(select.select([listener], [], [], 0)[0], [])
+        self.assertEqual([seen.wait((FTP_HOST, "/" + name), 0)
+                          for name in ("HotItemList.txt", "KeywordsBanner.gif")], [1, 1])
+
+
+if __name__ == "__main__":
+    unittest.main()
