@@ -8,7 +8,24 @@ namespace {
 
 constexpr std::size_t kHeaderAndScreen = 13;
 
+void PutWord(std::string& data, std::size_t offset, int value) {
+  if (offset + 2 > data.size()) return;
+  data[offset] = static_cast<char>(value & 0xFF);
+  data[offset + 1] = static_cast<char>((value >> 8) & 0xFF);
+}
+
 }  // namespace
+
+std::string FrameFileAtOrigin(const GifFrame& frame, int width, int height) {
+  std::string file = frame.file;
+  PutWord(file, 6, width);
+  PutWord(file, 8, height);
+  if (frame.imageAt != 0) {
+    PutWord(file, frame.imageAt + 1, 0);
+    PutWord(file, frame.imageAt + 3, 0);
+  }
+  return file;
+}
 
 GifBlockWalker::GifBlockWalker(std::string_view data) : m_data(data) {
   if (data.size() < kHeaderAndScreen || !data.starts_with("GIF")) return;
@@ -147,14 +164,15 @@ std::optional<GifFrame> GifBlockWalker::NextFrame() {
     }
   }
   if (kind != Block::Image && kind != Block::PlainText) return std::nullopt;
+  const std::size_t prefix = kHeaderAndScreen + m_globalTableSize;
   if (kind == Block::Image && m_position + 9 <= m_data.size()) {
+    frame.imageAt = prefix + (m_position - start);
     frame.left = Word(m_position + 1);
     frame.top = Word(m_position + 3);
     frame.width = Word(m_position + 5);
     frame.height = Word(m_position + 7);
   }
   if (!SkipBlock()) return std::nullopt;
-  const std::size_t prefix = kHeaderAndScreen + m_globalTableSize;
   frame.file.reserve(prefix + (m_position - start) + 1);
   frame.file.append(m_data.substr(0, prefix));
   frame.file.append(m_data.substr(start, m_position - start));

@@ -20,7 +20,14 @@ struct GifFrame {
   int height = 0;
   int left = 0;
   int top = 0;
+  // Where the image descriptor starts in `file`; 0 for a frame of plain text, which has none.
+  std::size_t imageAt = 0;
 };
+
+// The frame's file on a screen of `width` x `height` with its image moved to the top left corner, so
+// that a decoder makes only that corner of the frame: given the size of the part of the frame that
+// lies on the picture, exactly that part, and no pixel of the picture around it.
+std::string FrameFileAtOrigin(const GifFrame& frame, int width, int height);
 
 // Walks the blocks of GIF data without decoding any image. Every read is checked against the end
 // of the data: a block that does not fit ends the walk where it stands.

@@ -25,6 +25,30 @@ int LeadingNumber(const std::string& text) {
 
 }  // namespace
 
+// Spaces out the starts of one kind of fetch by at least the interval.
+class CLoadBannerThread::FetchPacer {
+ public:
+  explicit FetchPacer(std::chrono::milliseconds interval) : m_interval(interval) {}
+
+  // Waits until the interval has passed since the last fetch began, then counts a new one as
+  // beginning now; false when stopped first.
+  bool WaitTurn(std::stop_token stop) {
+    if (m_last) {
+      const auto due = *m_last + m_interval;
+      const auto now = std::chrono::steady_clock::now();
+      if (now < due && !app::PauseUnlessStopped(std::chrono::ceil<std::chrono::milliseconds>(due - now), stop)) {
+        return false;
+      }
+    }
+    m_last = std::chrono::steady_clock::now();
+    return !stop.stop_requested();
+  }
+
+ private:
+  std::chrono::milliseconds m_interval;
+  std::optional<std::chrono::steady_clock::time_point> m_last;
+};
+
 std::optional<BannerEntry> ParseBannerLine(std::string_view line) {
   const int p = net::Find(line, "|", 0);
   if (p < 0) return std::nullopt;
@@ -66,15 +90,19 @@ void CLoadBannerThread::Stop() {
 }
 
 void CLoadBannerThread::Run(std::stop_token stop) {
+  // Lines of 0 minutes (or fewer) would otherwise fetch the list and the pictures as fast as the
+  // servers answer, for ever.
+  FetchPacer listTurns(m_timing.fetchInterval);
+  FetchPacer pictureTurns(m_timing.fetchInterval);
   std::vector<std::string> lines;
-  if (!DownloadBannerList(lines, stop)) return;
+  if (!DownloadBannerList(lines, listTurns, stop)) return;
   while (!stop.stop_requested()) {
     bool shown = false;
     for (const std::string& line : lines) {
       const std::optional<BannerEntry> entry = ParseBannerLine(line);
       if (!entry) continue;
       // A picture that never arrives leaves the previous banner on show and passes its turn on.
-      if (!DownloadPicture(entry->file, stop)) {
+      if (!DownloadPicture(entry->file, pictureTurns, stop)) {
         if (stop.stop_requested()) return;
         continue;
       }
@@ -82,14 +110,16 @@ void CLoadBannerThread::Run(std::stop_token stop) {
       shown = true;
       if (!WaitMinutes(entry->minutes, stop)) return;
     }
-    // Without this pause an empty list, or one whose pictures all fail, would be fetched again and
-    // again without rest.
+    // An empty list, or one whose pictures all fail, rests a whole minute before it is fetched
+    // again, not just the fetch interval.
     if (!shown && !app::PauseUnlessStopped(m_timing.minute, stop)) return;
-    DownloadBannerList(lines, stop);
+    DownloadBannerList(lines, listTurns, stop);
   }
 }
 
-bool CLoadBannerThread::DownloadBannerList(std::vector<std::string>& lines, std::stop_token stop) const {
+bool CLoadBannerThread::DownloadBannerList(std::vector<std::string>& lines, FetchPacer& pacer,
+                                           std::stop_token stop) const {
+  if (!pacer.WaitTurn(stop)) return false;
   const auto session = net::Session::Create(m_options);
   net::FeedOpenResult opened = net::OpenTextFeed(session, m_listUrl, stop);
   if (!opened.feed) return false;
@@ -104,10 +134,14 @@ bool CLoadBannerThread::DownloadBannerList(std::vector<std::string>& lines, std:
   return true;
 }
 
-bool CLoadBannerThread::DownloadPicture(const std::string& file, std::stop_token stop) const {
+bool CLoadBannerThread::DownloadPicture(const std::string& file, FetchPacer& pacer, std::stop_token stop) const {
   net::FtpClient ftp(m_options, m_account);
   for (int attempt = 1; attempt <= m_timing.maxPictureAttempts; ++attempt) {
-    if (ftp.GetFile(file, m_localFile, stop)) return true;
+    if (!pacer.WaitTurn(stop)) break;
+    const net::NetResult got = ftp.GetFile(file, m_localFile, stop);
+    if (got) return true;
+    // Another attempt would fetch the same too large a picture.
+    if (got.overLimit) break;
     if (attempt == m_timing.maxPictureAttempts || !app::PauseUnlessStopped(m_timing.retryPause, stop)) break;
   }
   return false;

@@ -17,7 +17,7 @@
 
 namespace gavelscope::hotitems {
 
-// How long the rotation waits. Tests shrink the minute and the retry pause.
+// How long the rotation waits. Tests shrink the minute, the retry pause and the fetch interval.
 struct BannerTiming {
   // A banner's display time is counted in these; a round that showed nothing waits one of them
   // before the list is fetched again.
@@ -25,6 +25,10 @@ struct BannerTiming {
   std::chrono::milliseconds retryPause{1000};
   // Failed downloads of one picture before its entry is passed over.
   int maxPictureAttempts = 30;
+  // The list is fetched at most once per interval, and so is a picture (each attempt counts), however
+  // few minutes the list's lines ask for. The two are paced apart, so the first banner follows the
+  // first list at once.
+  std::chrono::milliseconds fetchInterval = net::limits::kMinBannerFetchInterval;
 };
 
 // One line of the banner list: minutes|link|picture file|
@@ -44,7 +48,8 @@ std::optional<BannerEntry> ParseBannerLine(std::string_view line);
 // file, hands it with the entry's link to the sink and waits the entry's minutes; after the last
 // entry it fetches the list again and starts over. A list that cannot be fetched later keeps the
 // previous one. When the very first list download fails the job ends and no banner is ever shown.
-// Nothing is ever reported to the user.
+// A picture over the download size limit is passed over at once. Nothing is ever reported to the
+// user.
 class CLoadBannerThread {
  public:
   static constexpr const char* kLocalFileName = "GavelscopeBanner.gif";
@@ -69,8 +74,10 @@ class CLoadBannerThread {
   const std::filesystem::path& localFile() const { return m_localFile; }
 
  private:
-  bool DownloadBannerList(std::vector<std::string>& lines, std::stop_token stop) const;
-  bool DownloadPicture(const std::string& file, std::stop_token stop) const;
+  class FetchPacer;
+
+  bool DownloadBannerList(std::vector<std::string>& lines, FetchPacer& pacer, std::stop_token stop) const;
+  bool DownloadPicture(const std::string& file, FetchPacer& pacer, std::stop_token stop) const;
   bool WaitMinutes(int minutes, std::stop_token stop) const;
 
   std::string m_listUrl;

@@ -2,24 +2,56 @@
 // Copyright 2026 The Gavelscope developers
 #include "ui/AnimatedPicture.h"
 
+#include <QBuffer>
 #include <QFile>
+#include <QImageReader>
 #include <QPainter>
 
 #include <algorithm>
 #include <limits>
 
 #include "hotitems/GifBlocks.h"
+#include "net/NetOptions.h"
 
 namespace gavelscope::ui {
 
 namespace {
 
+using net::limits::kMaxDecodedPictureBytes;
+using net::limits::kMaxPictureFrames;
+using net::limits::kMaxPictureSide;
+
 QRect ToRect(const hotitems::FrameRect& rect) {
   return {rect.left, rect.top, rect.width, rect.height};
 }
 
-QImage Decode(const std::string& data) {
-  return QImage::fromData(reinterpret_cast<const uchar*>(data.data()), static_cast<int>(data.size()));
+bool WithinSideLimit(QSize size) {
+  return size.width() <= kMaxPictureSide && size.height() <= kMaxPictureSide;
+}
+
+// The decoder makes 32-bit pixels.
+std::size_t DecodedBytes(QSize size) {
+  return static_cast<std::size_t>(size.width()) * static_cast<std::size_t>(size.height()) * 4;
+}
+
+// A whole file, read only when its header gives a size within the limit; a format that cannot say
+// its size before decoding is not trusted to keep within it.
+QImage DecodeWhole(std::string_view data) {
+  QByteArray bytes = QByteArray::fromRawData(data.data(), static_cast<qsizetype>(data.size()));
+  QBuffer device(&bytes);
+  device.open(QIODevice::ReadOnly);
+  QImageReader reader(&device);
+  const QSize size = reader.size();
+  if (!size.isValid() || !WithinSideLimit(size)) return {};
+  QImage image = reader.read();
+  return WithinSideLimit(image.size()) ? image : QImage();
+}
+
+// The screen a frame is decoded on: the part of the frame that lies on the picture, at least one
+// pixel, so that a frame off the picture is still tried and left out only if it does not decode.
+QSize OwnScreen(const hotitems::GifFrame& frame, QSize screen) {
+  return {std::max(1, std::min(frame.width, screen.width() - frame.left)),
+          std::max(1, std::min(frame.height, screen.height() - frame.top))};
 }
 
 }  // namespace
@@ -29,6 +61,48 @@ CAnimatedPicture::CAnimatedPicture(QWidget* parent) : QWidget(parent) {
   connect(&m_timer, &QTimer::timeout, this, [this] { OnTimer(); });
 }
 
+DecodedPicture CAnimatedPicture::Decode(std::string_view data, std::stop_token stop) {
+  hotitems::GifBlockWalker walker(data);
+  if (!walker.IsGif()) {
+    QImage still = DecodeWhole(data);
+    if (still.isNull()) return {};
+    return {still.size(), std::move(still), {}, {}};
+  }
+  const QSize screen(walker.ScreenWidth(), walker.ScreenHeight());
+  if (screen.isEmpty() || !WithinSideLimit(screen)) return {};
+  // Every frame is counted and costed before any is decoded, so a picture over a limit costs no
+  // more than this walk.
+  std::vector<hotitems::GifFrame> frames;
+  std::size_t bytes = 0;
+  while (auto frame = walker.NextFrame()) {
+    bytes += DecodedBytes(OwnScreen(*frame, screen));
+    if (frames.size() == static_cast<std::size_t>(kMaxPictureFrames) || bytes > kMaxDecodedPictureBytes) return {};
+    frames.push_back(std::move(*frame));
+  }
+  if (frames.empty()) return {};
+  if (frames.size() == 1) {
+    // A single image is a still picture of the screen's size.
+    QImage still = DecodeWhole(data);
+    if (still.isNull()) return {};
+    return {screen, std::move(still), {}, {}};
+  }
+  DecodedPicture picture{screen, {}, {}, {}};
+  for (const hotitems::GifFrame& frame : frames) {
+    if (stop.stop_requested()) return {};
+    const QSize own = OwnScreen(frame, screen);
+    const std::string file = hotitems::FrameFileAtOrigin(frame, own.width(), own.height());
+    QImage image = QImage::fromData(reinterpret_cast<const uchar*>(file.data()), static_cast<int>(file.size()), "GIF");
+    // A frame the decoder refuses is left out of the animation.
+    if (image.isNull() || image.width() > own.width() || image.height() > own.height()) continue;
+    const QRect rect(frame.left, frame.top, frame.width, frame.height);
+    if (!rect.intersects(QRect(QPoint(0, 0), screen))) image = QImage();
+    picture.frames.push_back(std::move(image));
+    picture.timings.push_back({frame.delay, frame.disposal, {frame.left, frame.top, frame.width, frame.height}, true});
+  }
+  if (picture.frames.empty()) return {};
+  return picture;
+}
+
 bool CAnimatedPicture::LoadFromFile(const QString& path) {
   QFile file(path);
   if (!file.open(QIODevice::ReadOnly)) {
@@ -36,35 +110,19 @@ bool CAnimatedPicture::LoadFromFile(const QString& path) {
     return false;
   }
   const QByteArray bytes = file.readAll();
-  return LoadFromMemory(std::string(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+  return LoadFromMemory(std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
 }
 
-bool CAnimatedPicture::LoadFromMemory(const std::string& data) {
+bool CAnimatedPicture::Install(const DecodedPicture& picture) {
   UnLoad();
-  hotitems::GifBlockWalker walker(data);
-  if (!walker.IsGif()) {
-    m_still = Decode(data);
-    return !m_still.isNull() && PrepareBuffer(m_still.size());
+  if (picture.size.isEmpty()) return false;
+  m_still = picture.still;
+  m_frames = picture.frames;
+  if (!PrepareBuffer(picture.size)) return false;
+  if (!m_frames.empty()) {
+    hotitems::IPictureCanvas& canvas = *this;
+    m_animation = std::make_unique<hotitems::CPictureAnimation>(picture.timings, canvas, 0);
   }
-  m_pictureSize = QSize(walker.ScreenWidth(), walker.ScreenHeight());
-  const int blocks = walker.CountGraphicBlocks();
-  if (blocks == 0) return false;
-  if (blocks == 1) {
-    m_still = Decode(data);
-    return !m_still.isNull() && PrepareBuffer(m_pictureSize);
-  }
-  std::vector<hotitems::FrameTiming> timings;
-  walker.Rewind();
-  while (auto frame = walker.NextFrame()) {
-    QImage image = Decode(frame->file);
-    // A frame the decoder refuses is left out of the animation.
-    if (image.isNull()) continue;
-    m_frames.push_back(std::move(image));
-    timings.push_back({frame->delay, frame->disposal, {frame->left, frame->top, frame->width, frame->height}, true});
-  }
-  if (m_frames.empty() || !PrepareBuffer(m_pictureSize)) return false;
-  hotitems::IPictureCanvas& canvas = *this;
-  m_animation = std::make_unique<hotitems::CPictureAnimation>(std::move(timings), canvas, 0);
   return true;
 }
 
@@ -134,10 +192,9 @@ void CAnimatedPicture::paintEvent(QPaintEvent*) {
 }
 
 void CAnimatedPicture::RenderFrame(std::size_t frame, const hotitems::FrameRect& rect) {
-  // Each frame file decodes at the full screen size with the frame in its place.
+  if (m_frames[frame].isNull()) return;
   QPainter painter(&m_buffer);
-  const QRect target = ToRect(rect);
-  painter.drawImage(target, m_frames[frame], target);
+  painter.drawImage(QPoint(rect.left, rect.top), m_frames[frame]);
 }
 
 void CAnimatedPicture::FillRect(const hotitems::FrameRect& rect, std::uint32_t) {

@@ -8,12 +8,27 @@
 
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "hotitems/PictureAnimation.h"
 
 namespace gavelscope::ui {
+
+// A picture as decoded, ready to be put up. Only QImages, so any thread may make it (QPixmap would
+// tie it to the window's thread); the window's thread then installs it in a moment.
+struct DecodedPicture {
+  // Empty when there is nothing to show: undecodable data, or a picture over a limit.
+  QSize size;
+  // A still picture at `size`.
+  QImage still;
+  // An animated GIF's frames in file order, each only the part of its frame that lies on the
+  // picture (null when none does), to be drawn at its frame's place; with their timing.
+  std::vector<QImage> frames;
+  std::vector<hotitems::FrameTiming> timings;
+};
 
 // A picture that plays an animated GIF frame by frame with the GIF disposal rules, or shows a still
 // picture at its pixel size. Each frame is cut out of the GIF as a small GIF of its own and decoded
@@ -22,8 +37,16 @@ class CAnimatedPicture : public QWidget, private hotitems::IPictureCanvas {
  public:
   explicit CAnimatedPicture(QWidget* parent = nullptr);
 
+  // Decodes without touching any widget, on any thread. A picture wider or taller than
+  // kMaxPictureSide, of more than kMaxPictureFrames frames or whose frames would decode to more than
+  // kMaxDecodedPictureBytes is refused before a pixel of it is made; a stop request abandons it.
+  static DecodedPicture Decode(std::string_view data, std::stop_token stop = {});
+  // Puts a decoded picture in place of the one before, for Draw to show; false, with the control
+  // left empty, for a picture that was refused.
+  bool Install(const DecodedPicture& picture);
+
   bool LoadFromFile(const QString& path);
-  bool LoadFromMemory(const std::string& data);
+  bool LoadFromMemory(std::string_view data) { return Install(Decode(data)); }
   void Draw();
   // Stops the animation; the next Draw goes on from the frame that was showing.
   void Stop();

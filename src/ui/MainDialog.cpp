@@ -170,6 +170,7 @@ CMainDialog::CMainDialog(app::ControllerConfig config, app::IUserMessages* messa
 
 CMainDialog::~CMainDialog() {
   qApp->removeEventFilter(this);
+  m_bannerStop.request_stop();
   m_bannerThread.reset();
   // The controls are told to nobody before the models they would refresh go.
   m_controller->Shutdown();
@@ -384,14 +385,19 @@ void CMainDialog::ShowBanner(const std::filesystem::path& picture, const std::st
     for (std::size_t read; (read = std::fread(chunk, 1, sizeof chunk, file)) > 0;) bytes.append(chunk, read);
     std::fclose(file);
   }
-  OnGuiThread(this, [this, bytes = std::move(bytes), link] { ShowBannerPicture(bytes, link); });
+  DecodedPicture decoded = CAnimatedPicture::Decode(bytes, m_bannerStop.get_token());
+  if (m_bannerStop.stop_requested()) return;
+  OnGuiThread(this, [this, decoded = std::move(decoded), link] { ShowBannerPicture(decoded, link); });
 }
 
-void CMainDialog::ShowBannerPicture(const std::string& bytes, const std::string& link) {
+void CMainDialog::ShowBannerPicture(const DecodedPicture& picture, const std::string& link) {
   m_banner->Stop();
-  // A picture that cannot be shown leaves the place empty for its time; its link still counts.
-  if (m_banner->LoadFromMemory(bytes)) m_banner->Draw();
-  const QSize size = m_banner->GetSize();
+  // A picture that cannot be shown leaves the place empty for its time, with no box of an earlier
+  // banner's size; its link still counts.
+  const bool loaded = m_banner->Install(picture);
+  if (loaded) m_banner->Draw();
+  const QSize size = loaded ? m_banner->GetSize() : QSize(0, 0);
+  m_banner->setFixedSize(size);
   // The banner's top right corner sits at the client area's top right corner.
   m_banner->setGeometry(kClientWidth - size.width(), 0, size.width(), size.height());
   m_strBannerLink = link;
@@ -498,6 +504,7 @@ bool CMainDialog::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void CMainDialog::closeEvent(QCloseEvent* event) {
+  m_bannerStop.request_stop();
   if (m_bannerThread) m_bannerThread->Stop();
   m_controller->Shutdown();
   RemoveTrayIcon();

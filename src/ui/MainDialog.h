@@ -7,6 +7,7 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <stop_token>
 #include <string>
 
 #include "app/BrowserLauncher.h"
@@ -25,6 +26,7 @@ class QPushButton;
 namespace gavelscope::ui {
 
 class CAnimatedPicture;
+struct DecodedPicture;
 
 // The painted tabs and text buttons of the window face, in hit-test order.
 enum class FaceRegion { TabKeywords, TabAuctions, TabHotItems, TabQuery, Home, Refresh, Export, MyEbay, Search };
@@ -59,6 +61,10 @@ class CMainDialog : public CTrayDialog, private hotitems::IBannerSink {
   const std::string& bannerLink() const { return m_strBannerLink; }
   // Called on the window's thread after each banner has been put up.
   void SetBannerShownHandler(std::function<void()> handler) { m_bannerShown = std::move(handler); }
+  // The banner rotation's sink, called on its thread: the picture is read and decoded there, so a
+  // banner of many frames never holds the window up, and only the decoded result is posted to the
+  // window's thread.
+  void ShowBanner(const std::filesystem::path& picture, const std::string& link) override;
   // The query tab's question, then the query dialog; true when a new query was started.
   bool AskForNewQuery();
   // Replaces the modal query dialog (tests answer it themselves); returns whether it started a run.
@@ -98,9 +104,7 @@ class CMainDialog : public CTrayDialog, private hotitems::IBannerSink {
   void SwitchSite();
   void UpdateCursor(QPoint point);
   void PaintFace(QPainter& painter) const;
-  // Called on the banner thread with the picture it fetched.
-  void ShowBanner(const std::filesystem::path& picture, const std::string& link) override;
-  void ShowBannerPicture(const std::string& bytes, const std::string& link);
+  void ShowBannerPicture(const DecodedPicture& picture, const std::string& link);
 
   app::IUserMessages* m_messages;
   QtMainView* m_view;
@@ -130,6 +134,8 @@ class CMainDialog : public CTrayDialog, private hotitems::IBannerSink {
   CAnimatedPicture* m_flagUK = nullptr;
   CAnimatedPicture* m_banner = nullptr;
   hotitems::BannerTiming m_bannerTiming;
+  // Abandons a banner being decoded when the window closes.
+  std::stop_source m_bannerStop;
   // Declared last: it goes first, before anything it shows a banner in.
   std::unique_ptr<hotitems::CLoadBannerThread> m_bannerThread;
 };

@@ -20,9 +20,9 @@ namespace {
 std::string Word(int value) {
   return {static_cast<char>(value & 0xFF), static_cast<char>((value >> 8) & 0xFF)};
 }
-std::string Header() {
-  // 4x2 screen, a two-entry global table whose background entry (index 1) is red 10, green 20, blue 30.
-  return std::string("GIF89a") + Word(4) + Word(2) + std::string("\x80\x01\x00", 3) + std::string("\0\0\0", 3) +
+std::string Header(int width = 4, int height = 2) {
+  // A two-entry global table whose background entry (index 1) is red 10, green 20, blue 30.
+  return std::string("GIF89a") + Word(width) + Word(height) + std::string("\x80\x01\x00", 3) + std::string("\0\0\0", 3) +
          "\x0A\x14\x1E";
 }
 std::string Control(int delay, int disposal) {
@@ -76,6 +76,8 @@ TEST(GifBlocks, SplitsFramesWithTheirTimingDisposalAndPlace) {
   EXPECT_EQ(walked.frames[2].delay, 0xFFFFFFFFU);
   // Each frame is a GIF of its own: header and table, its blocks, a trailer.
   EXPECT_EQ(walked.frames[1].file, Header() + Control(50, 3) + Image(1, 1, 2, 1) + "\x3B");
+  // Moved onto a screen of its own size, the frame gives a decoder nothing else to fill.
+  EXPECT_EQ(FrameFileAtOrigin(walked.frames[1], 2, 1), Header(2, 1) + Control(50, 3) + Image(0, 0, 2, 1) + "\x3B");
 }
 
 TEST(GifBlocks, UnknownExtensionsEndTheWalkAndPlainTextIsAGraphicBlock) {

@@ -106,7 +106,7 @@ TEST_F(LoadBannerTest, ShowsEntriesInOrderPassingOverBadLinesAndFetchesTheListAg
     // The third round's download fails; the second round's list is shown again.
     if (count == 4) std::filesystem::remove(Sandbox().ftpRoot() / "rotation.txt");
   };
-  auto rotation = Rotation("/_test/file?name=rotation.txt", {.minute = 20ms});
+  auto rotation = Rotation("/_test/file?name=rotation.txt", {.minute = 20ms, .fetchInterval = 0ms});
   rotation->Start();
   ASSERT_TRUE(m_sink.WaitFor(6));
   rotation->Stop();
@@ -141,10 +141,10 @@ TEST_F(LoadBannerTest, AFirstListThatCannotBeFetchedEndsTheJob) {
   EXPECT_FALSE(std::filesystem::exists(m_cache / "GavelscopeBanner.gif"));
 }
 
-TEST_F(LoadBannerTest, AMissingPictureIsTriedABoundedNumberOfTimesThenPassedOver) {
+TEST_F(LoadBannerTest, AMissingPictureIsTriedABoundedNumberOfTimesAndATooLargeOneOnceThenPassedOver) {
   ServeList("missing.txt", "0|L1|no-such.gif|\n0|L2|b.gif|\n");
-  auto rotation =
-      Rotation("/_test/file?name=missing.txt", {.minute = 1ms, .retryPause = 25ms, .maxPictureAttempts = 3});
+  auto rotation = Rotation("/_test/file?name=missing.txt",
+                           {.minute = 1ms, .retryPause = 25ms, .maxPictureAttempts = 3, .fetchInterval = 0ms});
   const Clock::time_point started = Clock::now();
   rotation->Start();
   ASSERT_TRUE(m_sink.WaitFor(2));
@@ -152,12 +152,26 @@ TEST_F(LoadBannerTest, AMissingPictureIsTriedABoundedNumberOfTimesThenPassedOver
   EXPECT_EQ(m_sink.links(), (std::vector<std::string>{"L2", "L2"}));
   // Three attempts, two pauses between them.
   EXPECT_GE(m_sink.shown()[0].at - started, 50ms);
+
+  // Were the too large picture tried again, the hour's retry pause would keep the list from being
+  // fetched a second time.
+  ServeList("large.txt", "0|L1|a.gif|\n");
+  net::NetOptions small = SandboxNetOptions();
+  small.maxDownloadBytes = kPictureA.size() - 1;
+  const int before = ListReads("large.txt", 0);
+  const std::size_t shownBefore = m_sink.shown().size();
+  auto tooLarge =
+      Rotation("/_test/file?name=large.txt", {.minute = 0ms, .retryPause = 1h, .fetchInterval = 0ms}, small);
+  tooLarge->Start();
+  EXPECT_EQ(ListReads("large.txt", before + 2), before + 2);
+  tooLarge->Stop();
+  EXPECT_EQ(m_sink.shown().size(), shownBefore);
 }
 
 TEST_F(LoadBannerTest, AnEmptyListIsFetchedAgainAfterOneMinute) {
   ServeList("empty.txt", "");
   const int before = ListReads("empty.txt", 0);
-  auto rotation = Rotation("/_test/file?name=empty.txt", {.minute = 200ms});
+  auto rotation = Rotation("/_test/file?name=empty.txt", {.minute = 200ms, .fetchInterval = 0ms});
   const Clock::time_point started = Clock::now();
   rotation->Start();
   EXPECT_EQ(ListReads("empty.txt", before + 2), before + 2);
@@ -166,7 +180,7 @@ TEST_F(LoadBannerTest, AnEmptyListIsFetchedAgainAfterOneMinute) {
   EXPECT_TRUE(m_sink.shown().empty());
 }
 
-TEST_F(LoadBannerTest, StoppingEndsADisplayTimeARetryPauseOrAListDownloadAtOnce) {
+TEST_F(LoadBannerTest, StoppingEndsADisplayTimeARetryPauseAFetchIntervalOrAListDownloadAtOnce) {
   ServeList("long.txt", "1|L1|a.gif|\n");
   ServeList("retry.txt", "0|L1|a.gif|\n0|L2|no-such.gif|\n");
   struct Case {
@@ -176,7 +190,9 @@ TEST_F(LoadBannerTest, StoppingEndsADisplayTimeARetryPauseOrAListDownloadAtOnce)
   };
   const Case cases[] = {
       {"/_test/file?name=long.txt", {.minute = 1h}, 1},
-      {"/_test/file?name=retry.txt", {.minute = 0ms, .retryPause = 1h}, 1},
+      {"/_test/file?name=retry.txt", {.minute = 0ms, .retryPause = 1h, .fetchInterval = 0ms}, 1},
+      // The first picture follows the first list at once; the second waits its turn.
+      {"/_test/file?name=retry.txt", {.minute = 0ms, .fetchInterval = 1h}, 1},
       {"/_test/hang", {}, 0},
   };
   for (const Case& c : cases) {
@@ -186,6 +202,33 @@ TEST_F(LoadBannerTest, StoppingEndsADisplayTimeARetryPauseOrAListDownloadAtOnce)
     const Clock::time_point stopping = Clock::now();
     rotation->Stop();
     EXPECT_LT(Clock::now() - stopping, 1s) << c.listPath;
+  }
+}
+
+TEST_F(LoadBannerTest, ListsOfNoMinutesFetchNeitherListsNorPicturesMoreOftenThanTheInterval) {
+  constexpr auto kInterval = 30ms;
+  // A list with no banner to show: nothing but the list's own pacing stands between its fetches.
+  ServeList("nothing.txt", "no bars\n");
+  const int before = ListReads("nothing.txt", 0);
+  auto lists = Rotation("/_test/file?name=nothing.txt", {.minute = 0ms, .fetchInterval = kInterval});
+  Clock::time_point started = Clock::now();
+  lists->Start();
+  ASSERT_EQ(ListReads("nothing.txt", before + 5), before + 5);
+  EXPECT_GE(Clock::now() - started, 4 * kInterval);
+  lists->Stop();
+
+  ServeList("zero.txt", "0|L1|a.gif|\n-5|L2|b.gif|\n0|L3|no-such.gif|\n");
+  auto pictures = Rotation("/_test/file?name=zero.txt",
+                           {.minute = 0ms, .retryPause = 0ms, .maxPictureAttempts = 2, .fetchInterval = kInterval});
+  started = Clock::now();
+  pictures->Start();
+  ASSERT_TRUE(m_sink.WaitFor(6));
+  pictures->Stop();
+  const std::vector<Shown> shown = m_sink.shown();
+  // A round fetches two pictures and tries the missing one twice; failed attempts count too.
+  for (std::size_t i = 0; i < shown.size(); ++i) {
+    const auto fetchesBefore = static_cast<int>(4 * (i / 2) + i % 2);
+    EXPECT_GE(shown[i].at - started, fetchesBefore * kInterval) << i;
   }
 }
 

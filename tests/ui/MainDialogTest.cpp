@@ -12,6 +12,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QHeaderView>
+#include <QImageReader>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
@@ -20,7 +21,12 @@
 #include <QTableView>
 
 #include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <optional>
 #include <set>
+#include <string_view>
+#include <thread>
 
 #include "support/RecordingBrowser.h"
 #include "support/RecordingMessages.h"
@@ -371,7 +377,7 @@ TEST_F(MainDialogTest, TheBannerRotatesAtTheTopRightCornerAndOpensItsLink) {
   testing::RecordingMessages messages;
   testing::RecordingBrowser browser;
   CMainDialog window(config, &messages, &browser);
-  window.SetBannerTiming({.minute = std::chrono::milliseconds(300)});
+  window.SetBannerTiming({.minute = std::chrono::milliseconds(300), .fetchInterval = std::chrono::milliseconds(10)});
   // The links in the order the window put their banners up.
   std::vector<std::string> shown;
   window.SetBannerShownHandler([&] { shown.push_back(window.bannerLink()); });
@@ -389,6 +395,76 @@ TEST_F(MainDialogTest, TheBannerRotatesAtTheTopRightCornerAndOpensItsLink) {
   ASSERT_TRUE(showing(3));
   shown.resize(3);
   EXPECT_EQ(shown, (std::vector<std::string>{keywords, auctions, keywords}));
+}
+
+// A GIF of `frames` frames of `side` x `side` pixels at the top left corner of a `width` x `height`
+// screen, each frame's data one white pixel.
+std::string Gif(int width, int height, int frames, int side = 1) {
+  const auto word = [](int value) { return std::string{static_cast<char>(value & 0xFF), static_cast<char>(value >> 8)}; };
+  std::string gif = "GIF89a" + word(width) + word(height) + std::string("\x80\0\0\0\0\0\xFF\xFF\xFF", 9);
+  for (int frame = 0; frame < frames; ++frame) {
+    gif += std::string("\x21\xF9\x04\x04\x0A\0\0\0", 8) + "\x2C" + word(0) + word(0) + word(side) + word(side) +
+           std::string("\0\x02\x02\x4C\x01\0", 6);
+  }
+  return gif + "\x3B";
+}
+
+long StatusKiB(std::string_view field) {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.starts_with(field)) return std::stol(line.substr(field.size()));
+  }
+  return 0;
+}
+
+// How far this process's peak resident memory rose while `work` ran; nothing where the peak
+// cannot be reset.
+std::optional<long> PeakGrowthBytes(const std::function<void()>& work) {
+  {
+    std::ofstream reset("/proc/self/clear_refs");
+    if (!(reset << "5" << std::flush)) return std::nullopt;
+  }
+  const long before = StatusKiB("VmHWM:");
+  work();
+  return (StatusKiB("VmHWM:") - before) * 1024;
+}
+
+TEST_F(IdleWindowTest, ABannerOverThePictureLimitsCostsLittleAndLeavesItsPlaceEmpty) {
+  // Every frame of it kept at its screen's size would take 6.5 GB.
+  const std::filesystem::path absurd = m_folder.path() / "absurd.gif";
+  testing::WriteFileBytes(absurd, Gif(5700, 5700, 50));
+  const std::filesystem::path ordinary =
+      std::filesystem::path(GAVELSCOPE_TEST_DATA_DIR) / "gif/peterdn-gif-test-suite/animated_loop.gif";
+  std::size_t shown = 0;
+  m_window.SetBannerShownHandler([&] { ++shown; });
+  m_window.show();
+  struct Row {
+    const std::filesystem::path& picture;
+    std::string link;
+    QSize size;
+    std::size_t frames;
+  };
+  // The refused picture follows a shown one, whose place it must not keep.
+  const Row rows[] = {{ordinary, "L1", {100, 100}, 4}, {absurd, "L2", {0, 0}, 0}, {ordinary, "L3", {100, 100}, 4}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.link);
+    // Decoded on a thread of its own, as the rotation calls it, then put up on the window's thread.
+    bool put = false;
+    const std::optional<long> grew = PeakGrowthBytes([&] {
+      std::thread([&] { m_window.ShowBanner(row.picture, row.link); }).join();
+      put = ProcessEventsUntil([&] { return shown == static_cast<std::size_t>(&row - rows + 1); });
+    });
+    ASSERT_TRUE(put);
+    EXPECT_EQ(m_window.banner()->size(), row.size);
+    // The top right corners meet.
+    EXPECT_EQ(m_window.banner()->geometry().topRight(), QPoint(793, 0));
+    EXPECT_EQ(m_window.banner()->frameCount(), row.frames);
+    EXPECT_EQ(m_window.banner()->isPlaying(), row.frames > 1);
+    EXPECT_EQ(m_window.bannerLink(), row.link);
+    if (grew) {
+      EXPECT_LT(*grew, 16 * 1024 * 1024);
+    }
+  }
 }
 
 TEST_F(MainDialogTest, RefreshWhileRefreshingSaysSo) {
@@ -433,6 +509,62 @@ TEST(AnimatedPicture, PlaysAThirdPartyAnimationUntilStopped) {
   EXPECT_FALSE(picture.LoadFromMemory("GIF89a but no more"));
   EXPECT_FALSE(picture.LoadFromMemory("plain text"));
 }
+
+TEST(AnimatedPicture, EachFrameIsDecodedAsWhatItsPlaceOnThePictureShows) {
+  const std::string folder = std::string(GAVELSCOPE_TEST_DATA_DIR) + "/gif/peterdn-gif-test-suite/";
+  // Opaque frames that are all kept: a whole decode shows each one as it is within its place.
+  const DecodedPicture loop = CAnimatedPicture::Decode(testing::ReadFileBytes(folder + "animated_loop.gif"));
+  ASSERT_EQ(loop.frames.size(), 4U);
+  QImageReader whole(QString::fromStdString(folder + "animated_loop.gif"));
+  for (std::size_t frame = 0; frame < loop.frames.size(); ++frame) {
+    const hotitems::FrameRect& place = loop.timings[frame].rect;
+    const QImage composed = whole.read().convertToFormat(QImage::Format_ARGB32);
+    EXPECT_EQ(loop.frames[frame].convertToFormat(QImage::Format_ARGB32),
+              composed.copy(place.left, place.top, place.width, place.height))
+        << frame;
+  }
+  // A frame wholly off the picture stays in the animation with nothing to draw; one that overhangs
+  // keeps the part on the picture.
+  const DecodedPicture outside =
+      CAnimatedPicture::Decode(testing::ReadFileBytes(folder + "animated_transparent_loop_frames_out_of_bounds.gif"));
+  ASSERT_EQ(outside.frames.size(), 4U);
+  EXPECT_TRUE(outside.frames[0].isNull());
+  EXPECT_EQ(outside.frames[3].size(), QSize(40, 40));
+}
+
+struct LimitRow {
+  const char* name;
+  std::string gif;
+  std::size_t frames;  // 0: refused
+  int side;
+};
+
+void PrintTo(const LimitRow& row, std::ostream* out) {
+  *out << row.name;
+}
+
+class PictureLimitTest : public ::testing::TestWithParam<LimitRow> {};
+
+TEST_P(PictureLimitTest, PicturesOverALimitAreRefusedAndFramesKeepOnlyTheirOwnPixels) {
+  const DecodedPicture picture = CAnimatedPicture::Decode(GetParam().gif);
+  ASSERT_EQ(picture.frames.size(), GetParam().frames);
+  if (GetParam().frames == 0) {
+    EXPECT_TRUE(picture.size.isEmpty());
+    EXPECT_TRUE(picture.still.isNull());
+    return;
+  }
+  for (const QImage& frame : picture.frames) EXPECT_EQ(frame.size(), QSize(GetParam().side, GetParam().side));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Gifs, PictureLimitTest,
+    ::testing::Values(LimitRow{"AbsurdScreen", Gif(5700, 5700, 50), 0, 0},
+                      LimitRow{"ScreenAPixelTooWide", Gif(1025, 1, 2), 0, 0},
+                      LimitRow{"AFrameTooMany", Gif(1, 1, 1001), 0, 0},
+                      LimitRow{"DecodedFramesOverTheLimit", Gif(1024, 1024, 17, 1024), 0, 0},
+                      LimitRow{"DecodedFramesAtTheLimit", Gif(1024, 1024, 16, 1024), 16, 1024},
+                      LimitRow{"SmallFramesOnTheLargestScreen", Gif(1024, 1024, 1000), 1000, 1}),
+    [](const ::testing::TestParamInfo<LimitRow>& row) { return std::string(row.param.name); });
 
 TEST(PageText, ShowsWindows1252) {
   EXPECT_EQ(FromPageText("\xA3"
