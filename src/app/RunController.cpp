@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "app/CategoryAnchors.h"
+#include "net/AddressCheck.h"
 #include "auctions/AuctionThread.h"
 #include "hotitems/LoadHotItemsThread.h"
 #include "keywords/KeyWordsThread.h"
@@ -168,6 +169,9 @@ void CRunController::ExtractCategoryLinks(SiteCategories& target, const std::str
 }
 
 std::string CRunController::GetPageText(std::string_view url, std::stop_token stop) {
+  // Item links come from pages and from the shared history file: one that leaves the sites'
+  // domains is treated as a page that could not be read.
+  if (!net::IsSiteAddress(url, m_config.profile)) return {};
   return m_session.GetPageText(url, std::move(stop));
 }
 

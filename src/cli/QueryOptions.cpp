@@ -4,6 +4,8 @@
 
 #include <charconv>
 
+#include "net/NetOptions.h"
+
 namespace gavelscope::cli {
 
 namespace {
@@ -82,6 +84,11 @@ bool ParseQueryOption(const std::vector<std::string>& args, std::size_t& i, Quer
     return true;
   }
   if (arg == "--category" && hasValue) {
+    // A file the program itself would refuse to load is not written.
+    if (choices.categories.size() >= static_cast<std::size_t>(net::limits::kMaxQueryCategories)) {
+      error = "a query holds at most " + std::to_string(net::limits::kMaxQueryCategories) + " categories";
+      return false;
+    }
     choices.categories.push_back(args[++i]);
     return true;
   }

@@ -61,7 +61,7 @@ bool NumericFilter::Passes(std::int32_t value) const {
 CLoadEachCategoryHotItemsQueryThread::CLoadEachCategoryHotItemsQueryThread(IQueryHost& host,
                                                                            const net::Profile& profile,
                                                                            net::NetOptions options)
-    : m_host(host), m_profile(profile), m_options(std::move(options)), m_pSession(net::Session::Create(m_options)) {}
+    : m_host(host), m_profile(profile), m_options(std::move(options)) {}
 
 CLoadEachCategoryHotItemsQueryThread::~CLoadEachCategoryHotItemsQueryThread() {
   m_bFinished = true;
@@ -75,7 +75,14 @@ bool CLoadEachCategoryHotItemsQueryThread::Running(const std::stop_token& stop) 
   return !stop.stop_requested() && m_host.IsQueryRunning();
 }
 
+void CLoadEachCategoryHotItemsQueryThread::Abandon() {
+  m_bFinished = true;
+}
+
 void CLoadEachCategoryHotItemsQueryThread::RunScan(std::stop_token stop) {
+  // The session, and with it every kept-alive connection, lives only while the job runs: a query of
+  // many entries holds descriptors for its running jobs alone, not for those waiting their turn.
+  m_pSession = net::Session::Create(m_options);
   const net::Site site = uk() ? net::Site::UK : net::Site::USA;
   m_arrListingLinks = BuildListingLinks(m_host.SiteData(site).strHomePage, m_strCategoryLink, m_profile.site(site));
   for (const std::string& link : m_arrListingLinks) {
@@ -83,6 +90,7 @@ void CLoadEachCategoryHotItemsQueryThread::RunScan(std::stop_token stop) {
     if (!ScanListing(FetchListingPage(link, stop), stop)) break;
     app::PauseUnlessStopped(kPauseAfterListing, stop);
   }
+  m_pSession.reset();
   m_bFinished = true;
 }
 
@@ -121,7 +129,10 @@ bool CLoadEachCategoryHotItemsQueryThread::ScanListing(std::string page, std::st
     if (c == -1) return true;
     if (!Running(stop)) return false;
     if (++pagesMovedPast >= m_nPageDepth) return true;
-    page = FetchListingPage(NextPageUrl(page, c, m_profile, isUK), stop);
+    const std::string next = NextPageUrl(page, c, m_profile, isUK);
+    // An address that may not be fetched ends the listing, as a page that could not be read would.
+    if (next.empty()) return true;
+    page = FetchListingPage(next, stop);
     s = net::Find(page, site.itemLinkPrefix, 0);
     t = net::Find(page, ">", s);
   }

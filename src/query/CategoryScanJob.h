@@ -62,8 +62,11 @@ class CLoadEachCategoryHotItemsQueryThread {
   const NumericFilter& price() const { return m_price; }
   const NumericFilter& days() const { return m_days; }
   bool IsFinished() const { return m_bFinished.load(); }
+  // Ends a job that will never run (its thread could not be made): it counts as finished, with no rows.
+  void Abandon();
 
-  // The whole job. A stop request (shutdown) ends it like a cleared query-running flag.
+  // The whole job, on a session of its own made for it and released when it ends. A stop request
+  // (shutdown) ends it like a cleared query-running flag.
   void RunScan(std::stop_token stop);
 
  private:

@@ -3,8 +3,10 @@
 #include "query/ListingScan.h"
 
 #include <cstdlib>
+#include <utility>
 
 #include "hotitems/HotItemRecord.h"
+#include "net/AddressCheck.h"
 #include "net/TextHelpers.h"
 
 namespace gavelscope::query {
@@ -52,7 +54,9 @@ std::vector<std::string> BuildListingLinks(std::string_view home, std::string_vi
     const int e = Find(home, ">", a);
     std::string link = ExtractBetween(home, a + 9, e - 1);
     if (link.find("ListingItemList") == std::string::npos) break;
-    links.push_back(link + kListingSortSuffix);
+    link += kListingSortSuffix;
+    // A listing somewhere else is left out as if it could not be read; the walk goes on after it.
+    if (net::IsListingPageAddress(link, site)) links.push_back(std::move(link));
     // Each link must lie further on than the last; anything else would read the same tag again.
     if (e <= p) break;
     p = e;
@@ -115,6 +119,8 @@ std::string NextPageUrl(std::string_view page, int c, const net::Profile& profil
   net::ReplaceAll(href, kAnchorOpening, "");
   std::string url = profile.usa.listingRoot + href;
   if (uk) net::ReplaceAll(url, ".com", ".co.uk");
+  // The href is glued to the listing root, so "@host/..." would make the listing host a user name.
+  if (!net::IsListingPageAddress(url, uk ? profile.uk : profile.usa)) return {};
   return url;
 }
 

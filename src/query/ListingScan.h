@@ -22,7 +22,7 @@ struct ListingRow {
 };
 
 // The sub-category listings that follow a category's link on the listing home page, each with the
-// ending-first sort suffix.
+// ending-first sort suffix; a link that does not lead to the site's listing host is left out.
 std::vector<std::string> BuildListingLinks(std::string_view home, std::string_view categoryLink,
                                            const net::SiteConfig& site);
 
@@ -30,7 +30,8 @@ std::vector<std::string> BuildListingLinks(std::string_view home, std::string_vi
 // site differ in their price and cell layout.
 ListingRow ParseRow(std::string_view page, int s, int t, const net::SiteConfig& site, bool uk);
 
-// The address of the next result page, from the continue marker at c; empty when it cannot be read.
+// The address of the next result page, from the continue marker at c; empty when it cannot be read
+// or does not lead to the site's listing host.
 std::string NextPageUrl(std::string_view page, int c, const net::Profile& profile, bool uk);
 
 // True when the upper-cased title holds any comma-separated, trimmed field of the keywords; an empty

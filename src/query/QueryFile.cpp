@@ -25,8 +25,9 @@ constexpr std::uint32_t kBigClassTag = 0x80000000;
 constexpr std::size_t kMaxClassNameLength = 63;
 // The settings' class record is 1 and the settings object 2, so the category class is always 3.
 constexpr std::uint16_t kCategoryClassIndex = 3;
-// Only a reference can make the names outgrow the file, and no writer of ours makes one; the cap
-// keeps a few bytes of references to a long name from asking for gigabytes.
+// Only a reference can make the names outgrow the file, and no writer of ours makes one. The entry
+// cap alone would still let a thousand references copy a name of nearly a megabyte each; this keeps
+// them to a few times what an honest file of long names holds.
 constexpr std::size_t kMaxReusedNameBytes = 16 * 1024 * 1024;
 
 void WriteClassRecord(CArchive& archive, std::uint32_t schema, std::string_view name) {
@@ -124,6 +125,12 @@ class ObjectReader {
 };
 
 void ReadCategories(ObjectReader& reader, CArchive& archive, std::int32_t count, std::vector<std::string>& names) {
+  // Every entry becomes a scan job, and two bytes of reference make an entry: the count bounds the
+  // entries read, new and referenced alike, so it is refused before anything is read.
+  if (count > net::limits::kMaxQueryCategories) {
+    reader.Fail("too many categories");
+    return;
+  }
   std::size_t reused = 0;
   for (std::int32_t i = 0; i < count && !archive.failed(); ++i) {
     std::size_t index = 0;

@@ -2,8 +2,10 @@
 // Copyright 2026 The Gavelscope developers
 #include "query/QueryRun.h"
 
+#include <algorithm>
 #include <ctime>
 #include <fstream>
+#include <system_error>
 
 #include "app/Pause.h"
 #include "hotitems/HotItemRecord.h"
@@ -21,11 +23,19 @@ constexpr int kPublishAttempts = 30;
 
 CInitialiseHotItemQueryThread::CInitialiseHotItemQueryThread(IQueryHost& host, net::Profile profile,
                                                              net::NetOptions options)
-    : m_host(host), m_profile(std::move(profile)), m_options(std::move(options)) {}
+    : m_host(host),
+      m_profile(std::move(profile)),
+      m_options(std::move(options)),
+      m_startThread([](std::function<void()> body) { return std::jthread(std::move(body)); }) {}
 
 CInitialiseHotItemQueryThread::~CInitialiseHotItemQueryThread() {
   for (std::jthread& thread : m_jobThreads) thread.request_stop();
   m_jobThreads.clear();
+}
+
+int CInitialiseHotItemQueryThread::MostJobsAtOnce() const {
+  std::lock_guard lock(m_slotMutex);
+  return m_mostJobsAtOnce;
 }
 
 void CInitialiseHotItemQueryThread::SetBidsRange(std::int32_t from, std::int32_t to) {
@@ -62,12 +72,19 @@ void CInitialiseHotItemQueryThread::RunQuery(std::stop_token stop) {
     job->SetBidsRange(m_nBidsFrom, m_nBidsTo);
     job->SetPriceRange(m_nPriceFrom, m_nPriceTo);
     job->SetDaysRange(m_nDaysFrom, m_nDaysTo);
-    CLoadEachCategoryHotItemsQueryThread* started = job.get();
     m_arrJobs.push_back(std::move(job));
-    // The jobs stop with the run (at shutdown); the user's stop reaches them through the flag.
-    m_jobThreads.emplace_back([started, stop] { started->RunScan(stop); });
   }
   m_categories.clear();
+  m_jobThreads.resize(m_arrJobs.size());
+  for (std::size_t index = 0; index < m_arrJobs.size(); ++index) {
+    if (!WaitForJobSlot(stop)) break;
+    // A job started after the user's stop would end at its first look at the flag; no thread for it.
+    if (m_host.IsQueryRunning()) {
+      StartJob(index, stop);
+    } else {
+      m_arrJobs[index]->Abandon();
+    }
+  }
 
   // An empty category list has no job to wait for: such a run ends at its first look.
   while (true) {
@@ -82,7 +99,9 @@ void CInitialiseHotItemQueryThread::RunQuery(std::stop_token stop) {
     if (allFinished) break;
     ++m_polls;
   }
-  for (std::jthread& thread : m_jobThreads) thread.join();
+  for (std::jthread& thread : m_jobThreads) {
+    if (thread.joinable()) thread.join();
+  }
 
   int column = -1;
   if (m_bSortDateEnded) {
@@ -103,6 +122,48 @@ void CInitialiseHotItemQueryThread::RunQuery(std::stop_token stop) {
     }
     m_host.Messages().Show(app::UserMessage{kSearchComplete, kSearchCompleteTitle, app::MessageButtons::Ok, true});
   }
+}
+
+bool CInitialiseHotItemQueryThread::WaitForJobSlot(const std::stop_token& stop) {
+  std::vector<std::size_t> ended;
+  {
+    std::unique_lock lock(m_slotMutex);
+    if (!m_slotFreed.wait(lock, stop, [this] { return m_jobsRunning < net::limits::kMaxQueryJobsAtOnce; })) {
+      return false;
+    }
+    ended.swap(m_jobsEnded);
+  }
+  for (std::size_t index : ended) m_jobThreads[index].join();
+  return true;
+}
+
+void CInitialiseHotItemQueryThread::StartJob(std::size_t index, std::stop_token stop) {
+  CLoadEachCategoryHotItemsQueryThread* job = m_arrJobs[index].get();
+  {
+    std::lock_guard lock(m_slotMutex);
+    ++m_jobsRunning;
+    m_mostJobsAtOnce = std::max(m_mostJobsAtOnce, m_jobsRunning);
+  }
+  try {
+    // The jobs stop with the run (at shutdown); the user's stop reaches them through the flag.
+    m_jobThreads[index] = m_startThread([this, job, index, stop] {
+      job->RunScan(stop);
+      JobEnded(index);
+    });
+  } catch (const std::system_error&) {
+    // Out of threads is no reason to lose the whole query: this entry is given up like a category
+    // whose pages could not be read, and the rest go on.
+    job->Abandon();
+    std::lock_guard lock(m_slotMutex);
+    --m_jobsRunning;
+  }
+}
+
+void CInitialiseHotItemQueryThread::JobEnded(std::size_t index) {
+  std::lock_guard lock(m_slotMutex);
+  --m_jobsRunning;
+  m_jobsEnded.push_back(index);
+  m_slotFreed.notify_all();
 }
 
 net::NetResult PublishHistory(const hotitems::CItemListCtrl& results, const std::filesystem::path& localFile,

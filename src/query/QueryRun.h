@@ -3,9 +3,12 @@
 #pragma once
 
 #include <chrono>
+#include <condition_variable>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <mutex>
 #include <stop_token>
 #include <string>
 #include <thread>
@@ -21,11 +24,18 @@ namespace gavelscope::query {
 // Publishing finished queries into the shared history is built but switched off.
 inline constexpr bool kPublishHistory = false;
 
-// One hot item query: waits for both sites' categories, starts one scan job per category at once,
-// polls them until all have finished, sorts the result list and tells the user. A run whose
+// One hot item query: waits for both sites' categories, scans every category entry with a job of its
+// own, polls the jobs until all have finished, sorts the result list and tells the user. A run whose
 // query-running flag was cleared (the user stopped it) still sorts, but says nothing.
+//
+// A query file may name a category a thousand times, and each job has a thread, a session and its
+// connections: at most kMaxQueryJobsAtOnce jobs run at once, and the rest start, in order, as
+// running ones end. A job whose thread cannot be made ends at once with no rows.
 class CInitialiseHotItemQueryThread {
  public:
+  // Makes the thread that runs one job; throws std::system_error when the system has none to give.
+  using ThreadStarter = std::function<std::jthread(std::function<void()>)>;
+
   CInitialiseHotItemQueryThread(IQueryHost& host, net::Profile profile, net::NetOptions options);
   ~CInitialiseHotItemQueryThread();
 
@@ -49,6 +59,8 @@ class CInitialiseHotItemQueryThread {
   // The category links to scan.
   void SetCategories(std::vector<std::string> links) { m_categories = std::move(links); }
   void SetPollInterval(std::chrono::milliseconds interval) { m_pollInterval = interval; }
+  // A running process cannot be made to run out of threads on demand; tests hand in a starter that does.
+  void SetThreadStarter(ThreadStarter starter) { m_startThread = std::move(starter); }
   // The local copy of the shared history that publishing appends to.
   void SetHistoryFile(std::filesystem::path file) { m_historyFile = std::move(file); }
 
@@ -56,15 +68,31 @@ class CInitialiseHotItemQueryThread {
   const std::vector<std::unique_ptr<CLoadEachCategoryHotItemsQueryThread>>& jobs() const { return m_arrJobs; }
   // How many polls found a job still running; tells tests the run waited for the slowest.
   int PollsMade() const { return m_polls; }
+  // The most jobs that held a session at the same time during the run.
+  int MostJobsAtOnce() const;
 
   // The whole run.
   void RunQuery(std::stop_token stop);
 
  private:
+  // False when the run was stopped before a job could start.
+  bool WaitForJobSlot(const std::stop_token& stop);
+  void StartJob(std::size_t index, std::stop_token stop);
+  void JobEnded(std::size_t index);
+
   IQueryHost& m_host;
   const net::Profile m_profile;
   const net::NetOptions m_options;
   std::vector<std::unique_ptr<CLoadEachCategoryHotItemsQueryThread>> m_arrJobs;
+  // Guards the counts below, which the jobs' threads change as they end.
+  mutable std::mutex m_slotMutex;
+  std::condition_variable_any m_slotFreed;
+  int m_jobsRunning = 0;
+  int m_mostJobsAtOnce = 0;
+  // Jobs whose threads have ended but are not joined yet: an ended thread keeps its stack until then.
+  std::vector<std::size_t> m_jobsEnded;
+  ThreadStarter m_startThread;
+  // One per job, by index; empty until the job starts and again once joined.
   std::vector<std::jthread> m_jobThreads;
   std::int32_t m_bInternational = 0;
   std::string m_strKeywords;

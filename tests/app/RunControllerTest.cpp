@@ -197,6 +197,16 @@ TEST_F(RunControllerTest, QueryFlagAndPagesCounter) {
   EXPECT_EQ(m_view.Snapshot().editText[static_cast<int>(ViewId::PagesSearched)], "1");
 }
 
+TEST_F(RunControllerTest, PagesOffTheSitesAreNeverFetched) {
+  ControllerConfig config = Config();
+  config.net.connectTo.push_back("evil.example:80:127.0.0.1:" + std::to_string(Sandbox().PortFor("www.ebay.co.uk:80")));
+  auto controller = Started(config);
+  EXPECT_EQ(controller->GetPageText(testing::TextUrl("cgi.ebay.co.uk", "item"), {}), "item");
+  for (const std::string& link : {testing::TextUrl("evil.example", "item"), testing::TextUrl("cgi.ebay.com@evil.example", "x")}) {
+    EXPECT_EQ(controller->GetPageText(link, {}), "") << link;
+  }
+}
+
 TEST_F(RunControllerTest, ConcurrentPageCountsAreNotLost) {
   auto controller = Started(Config());
   {

@@ -126,6 +126,7 @@ TEST(ListingScan, ListingLinksFollowTheCategoryUntilAnotherLink) {
   const std::string home =
       "<a href=\"/Art/list/\"><b>Art</b></a> (3)<br>"
       "<a href=\"http://listings.ebay.com/Art/A/ListingItemList/\">A</a> (1)"
+      "<a href=\"http://x@listings.ebay.com/Art/X/ListingItemList/\">X</a> (1)"
       "<a href=\"http://listings.ebay.com/Art/B/ListingItemList/\">B</a> (2)"
       "<a href=\"http://listings.ebay.com/Art/list/\">more...</a>"
       "<a href=\"http://listings.ebay.com/Art/C/ListingItemList/\">C</a> (2)";
@@ -140,6 +141,9 @@ TEST(ListingScan, NextPageAddressComesFromTheContinueLink) {
   const int c = net::Find(page, kContinueMarker, 0);
   EXPECT_EQ(NextPageUrl(page, c, kProfile, false), "http://listings.ebay.com/Art/A/ListingItemListQQfrpgZ2");
   EXPECT_EQ(NextPageUrl(page, c, kProfile, true), "http://listings.ebay.co.uk/Art/A/ListingItemListQQfrpgZ2");
+  // Glued to the listing root, "@host" would make the listing host a user name of another host.
+  const std::string hostile = "<a href=\"@evil.example/next\">Next <img title=\"Continue\"></a>";
+  EXPECT_EQ(NextPageUrl(hostile, net::Find(hostile, kContinueMarker, 0), kProfile, false), "");
 }
 
 }  // namespace

@@ -9,7 +9,9 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <set>
+#include <system_error>
 
 #include "app/CategoryAnchors.h"
 #include "net/PageFetcher.h"
@@ -42,7 +44,14 @@ class SandboxQueryHost : public IQueryHost {
   }
   bool IsQueryRunning() const override { return running; }
   void SetQueryRunning(bool value) override { running = value; }
-  void IncrementPagesSearched() override { ++pages; }
+  void IncrementPagesSearched() override {
+    std::unique_lock lock(m_gate);
+    ++pages;
+    m_passed.notify_all();
+    // Holds the first callers until `holdUntilPages` pages are counted, so that all of them are
+    // running at one moment; a generous limit turns a run that can never get there into a failure.
+    m_passed.wait_for(lock, std::chrono::seconds(30), [this] { return pages >= holdUntilPages; });
+  }
   const app::SiteCategories& SiteData(Site site) override { return site == Site::UK ? m_uk : m_usa; }
   hotitems::CItemListCtrl& QueryResults() override { return results; }
   std::mutex& ResultListBusy() override { return busy; }
@@ -67,6 +76,7 @@ class SandboxQueryHost : public IQueryHost {
 
   std::atomic<bool> running{true};
   std::atomic<int> pages{0};
+  int holdUntilPages = 0;
   testing::RecordingBrowser browser;
   testing::RecordingMessages messages;
   NoPages noPages;
@@ -77,7 +87,26 @@ class SandboxQueryHost : public IQueryHost {
  private:
   app::SiteCategories m_uk;
   app::SiteCategories m_usa;
+  std::mutex m_gate;
+  std::condition_variable m_passed;
 };
+
+std::unique_ptr<CInitialiseHotItemQueryThread> NewRun(SandboxQueryHost& host, const std::vector<std::string>& names,
+                                                      int depth, bool usa, const net::NetOptions& options) {
+  auto run = std::make_unique<CInitialiseHotItemQueryThread>(host, net::CompiledProfile(), options);
+  run->SetPollInterval(std::chrono::milliseconds(20));
+  run->SetPageDepth(depth);
+  run->SetCountry(usa ? 1 : 0);
+  std::vector<std::string> links;
+  for (const std::string& name : names) links.push_back(host.LinkOf(usa ? Site::USA : Site::UK, name));
+  run->SetCategories(std::move(links));
+  return run;
+}
+
+std::size_t ListingsOf(SandboxQueryHost& host, const std::string& name, Site site = Site::USA) {
+  return BuildListingLinks(host.SiteData(site).strHomePage, host.LinkOf(site, name), net::CompiledProfile().site(site))
+      .size();
+}
 
 class QueryRunTest : public testing::SandboxTest {
  protected:
@@ -85,22 +114,12 @@ class QueryRunTest : public testing::SandboxTest {
     SandboxTest::SetUp();
     m_host = std::make_unique<SandboxQueryHost>(SandboxNetOptions());
   }
-  std::unique_ptr<CInitialiseHotItemQueryThread> NewRun(std::vector<std::string> names, int depth, bool usa = true,
+  std::unique_ptr<CInitialiseHotItemQueryThread> NewRun(const std::vector<std::string>& names, int depth,
+                                                        bool usa = true,
                                                         const net::NetOptions& options = SandboxNetOptions()) {
-    auto run = std::make_unique<CInitialiseHotItemQueryThread>(*m_host, net::CompiledProfile(), options);
-    run->SetPollInterval(std::chrono::milliseconds(20));
-    run->SetPageDepth(depth);
-    run->SetCountry(usa ? 1 : 0);
-    std::vector<std::string> links;
-    for (const std::string& name : names) links.push_back(m_host->LinkOf(usa ? Site::USA : Site::UK, name));
-    run->SetCategories(std::move(links));
-    return run;
+    return query::NewRun(*m_host, names, depth, usa, options);
   }
-  std::size_t ListingsOf(const std::string& name, Site site = Site::USA) const {
-    return BuildListingLinks(m_host->SiteData(site).strHomePage, m_host->LinkOf(site, name),
-                             net::CompiledProfile().site(site))
-        .size();
-  }
+  std::size_t ListingsOf(const std::string& name) const { return query::ListingsOf(*m_host, name); }
 
   std::unique_ptr<SandboxQueryHost> m_host;
 };
@@ -159,14 +178,24 @@ TEST_F(QueryRunTest, FiltersHoldForEveryRowFound) {
   }
 }
 
-TEST_F(QueryRunTest, ThirtyJobsNeverLoseOrMixRows) {
+TEST_F(QueryRunTest, ManyEntriesRunTheLimitAtOnceAndNeverLoseOrMixRows) {
   NewRun({"Antiques"}, 1)->RunQuery({});
   const int oneJob = m_host->results.GetItemCount();
   ASSERT_GT(oneJob, 0);
   m_host->results.ClearRecords();
   m_host->running = true;
-  NewRun(std::vector<std::string>(30, "Antiques"), 1)->RunQuery({});
-  ASSERT_EQ(m_host->results.GetItemCount(), 30 * oneJob);
+  m_host->pages = 0;
+  constexpr int kAtOnce = net::limits::kMaxQueryJobsAtOnce;
+  constexpr int kEntries = kAtOnce + 1;
+  // No job ends before its first page is counted, so the first kAtOnce pages come from as many jobs
+  // running together.
+  m_host->holdUntilPages = kAtOnce;
+  auto run = NewRun(std::vector<std::string>(kEntries, "Antiques"), 1);
+  run->RunQuery({});
+  EXPECT_EQ(run->MostJobsAtOnce(), kAtOnce);
+  for (const auto& job : run->jobs()) EXPECT_TRUE(job->IsFinished());
+  EXPECT_EQ(m_host->pages, kEntries * static_cast<int>(ListingsOf("Antiques")));
+  ASSERT_EQ(m_host->results.GetItemCount(), kEntries * oneJob);
   std::multiset<std::string> links;
   for (int row = 0; row < m_host->results.GetItemCount(); ++row) {
     const auto record = m_host->results.GetItemData(row);
@@ -177,7 +206,49 @@ TEST_F(QueryRunTest, ThirtyJobsNeverLoseOrMixRows) {
     EXPECT_EQ(m_host->results.GetItemText(row, 3), record->GetBids());
     links.insert(record->GetItemLink());
   }
-  for (const std::string& link : links) EXPECT_EQ(links.count(link), 30U);
+  for (const std::string& link : links) EXPECT_EQ(links.count(link), static_cast<std::size_t>(kEntries));
+}
+
+TEST_F(QueryRunTest, AJobWithoutAThreadEndsWithNoRowsAndTheRunGoesOn) {
+  auto run = NewRun(std::vector<std::string>(4, "Antiques"), 1);
+  int calls = 0;
+  run->SetThreadStarter([&calls](std::function<void()> body) {
+    ++calls;
+    if (calls == 2 || calls == 3) {
+      throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
+    }
+    return std::jthread(std::move(body));
+  });
+  run->SetSortByBids(1);
+  run->RunQuery({});
+  for (const auto& job : run->jobs()) EXPECT_TRUE(job->IsFinished());
+  EXPECT_EQ(m_host->pages, 2 * static_cast<int>(ListingsOf("Antiques")));
+  // Two jobs ran: every item they found is there twice, and nothing else.
+  ASSERT_GT(m_host->results.GetItemCount(), 0);
+  std::multiset<std::string> links;
+  for (int row = 0; row < m_host->results.GetItemCount(); ++row) {
+    links.insert(m_host->results.GetItemData(row)->GetItemLink());
+  }
+  for (const std::string& link : links) EXPECT_EQ(links.count(link), 2U);
+  EXPECT_EQ(m_host->results.SortColumn(), 3);
+  ASSERT_EQ(m_host->messages.Messages().size(), 1U);
+  EXPECT_EQ(m_host->messages.Messages()[0].title, "Search Complete");
+}
+
+TEST(QueryRunHostile, ANextLinkWithUserInformationNeverReachesTheOtherHost) {
+  std::string error;
+  const auto sandbox = app::SandboxProcess::Start(
+      {GAVELSCOPE_SANDBOX_PYTHON, GAVELSCOPE_SANDBOX_SCRIPT, {"--hostile", "userinfo-next"}}, error);
+  ASSERT_TRUE(sandbox) << error;
+  net::NetOptions options;
+  options.connectTo = sandbox->connectTo();
+  SandboxQueryHost host(options);
+  NewRun(host, {"Antiques"}, 3, true, options)->RunQuery({});
+  // Each listing ends after its first page, whose Next link names evil.example as the host.
+  EXPECT_EQ(host.pages, static_cast<int>(ListingsOf(host, "Antiques")));
+  EXPECT_GT(host.results.GetItemCount(), 0);
+  net::SharedSession session(options);
+  EXPECT_EQ(session.GetPageText("http://listings.ebay.com/_test/seen?host=evil.example&path=%2Fnext&least=0", {}), "0");
 }
 
 class QueryFaults : public QueryRunTest, public ::testing::WithParamInterface<const char*> {};
