@@ -335,6 +335,7 @@ int RunCli(const std::vector<std::string>& args, const CliEnvironment& environme
   RunFolder folder;
   config.cacheFolder = folder.path();
   config.dateOrder = hotitems::DateOrderFromLocale();
+  config.queryPollInterval = environment.queryPollInterval;
   app::HeadlessMainView view;
   app::CBrowserLauncher browser(messages);
   app::CRunController controller(config, view, messages, browser);

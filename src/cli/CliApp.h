@@ -2,6 +2,7 @@
 // Copyright 2026 The Gavelscope developers
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <iosfwd>
 #include <optional>
@@ -39,6 +40,7 @@ std::optional<CliRequest> ParseCommandLine(const std::vector<std::string>& args,
 struct CliEnvironment {
   app::SandboxOptions sandbox;  // how --sandbox starts the stand-in sites
   net::NetOptions net;          // limits of every transfer; the command line adds its mappings
+  std::chrono::milliseconds queryPollInterval{15000};  // how often a query run looks at its jobs
   // A stop request (Ctrl-C, SIGTERM) ends the command through the same path as its normal end.
   std::stop_token stop;
 };

@@ -31,7 +31,7 @@ struct NetOptions {
   std::chrono::seconds lowSpeedTime{30};
   // However a server paces its bytes, no transfer lasts longer than this. The largest honest
   // download, a 14 MB history, takes two minutes only below one megabit a second.
-  std::chrono::milliseconds transferDeadline{180000};
+  std::chrono::milliseconds transferDeadline{120000};
 
   // A whole page held in memory (listing home pages, item pages): the largest home page of the
   // sites, every category with its sub-categories, is under 6 MB.
@@ -45,8 +45,8 @@ struct NetOptions {
   // about 14 MB and banner pictures are kilobytes.
   std::size_t maxDownloadBytes = 64 * kMiB;
   // All attempts of one download together, with their waits and pauses: the history is retried
-  // 30 times, and 30 accept waits of a server that never connects back would take many minutes.
-  std::chrono::milliseconds retryBudget{180000};
+  // 30 times, and 30 accept waits of a server that never connects back would take eight minutes.
+  std::chrono::milliseconds retryBudget{120000};
 };
 
 // Counts read from outside, fixed for every run.
