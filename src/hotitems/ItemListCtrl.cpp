@@ -217,8 +217,7 @@ void CItemListCtrl::SortItems(int column, bool ascending) {
     std::stable_sort(order.begin(), order.end(), [&](std::size_t x, std::size_t y) {
       return ascending ? compare(keys[x], keys[y]) < 0 : compare(keys[y], keys[x]) < 0;
     });
-    std::vector<RowData> sorted;
-    sorted.reserve(m_rows.size());
+    std::deque<RowData> sorted;
     for (std::size_t index : order) sorted.push_back(std::move(m_rows[index]));
     m_rows.swap(sorted);
   }

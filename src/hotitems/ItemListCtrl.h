@@ -2,6 +2,7 @@
 // Copyright 2026 The Gavelscope developers
 #pragma once
 
+#include <deque>
 #include <filesystem>
 #include <memory>
 #include <mutex>
@@ -93,7 +94,9 @@ class CItemListCtrl : public app::ObservableControl {
   const DateOrder m_dateOrder;
 
   mutable std::mutex m_mutex;
-  std::vector<RowData> m_rows;
+  // A deque: query jobs insert each row at their own row count, near the front, and a vector would
+  // move every row behind it for each one.
+  std::deque<RowData> m_rows;
   int m_mark = -1;
   int m_nSortColumn = -1;
   bool m_bSortAscending = true;
