@@ -6,9 +6,9 @@
 #include <random>
 #include <string>
 
-#include "app/Browser.h"
-#include "app/PageSource.h"
-#include "app/UserMessages.h"
+#include "base/Browser.h"
+#include "base/PageSource.h"
+#include "base/UserMessages.h"
 #include "hotitems/ItemListCtrl.h"
 
 namespace {
@@ -17,10 +17,10 @@ using gavelscope::hotitems::CItemListCtrl;
 using gavelscope::hotitems::DateOrder;
 using gavelscope::hotitems::ItemListVariant;
 
-struct Quiet : gavelscope::app::IBrowser, gavelscope::app::IUserMessages, gavelscope::app::IPageSource {
+struct Quiet : gavelscope::base::IBrowser, gavelscope::base::IUserMessages, gavelscope::base::IPageSource {
   void OpenUrlInBrowser(std::string_view) override {}
-  gavelscope::app::MessageReply Show(const gavelscope::app::UserMessage&) override {
-    return gavelscope::app::MessageReply::Ok;
+  gavelscope::base::MessageReply Show(const gavelscope::base::UserMessage&) override {
+    return gavelscope::base::MessageReply::Ok;
   }
   std::string GetPageText(std::string_view, std::stop_token) override { return {}; }
 };

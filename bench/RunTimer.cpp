@@ -20,29 +20,29 @@
 #include <string>
 #include <vector>
 
-#include "app/Browser.h"
 #include "app/HeadlessMainView.h"
-#include "app/PageSource.h"
 #include "app/RunController.h"
-#include "app/RunEvents.h"
-#include "app/UserMessages.h"
+#include "base/Browser.h"
+#include "base/PageSource.h"
+#include "base/RunEvents.h"
+#include "base/UserMessages.h"
 #include "hotitems/ItemCompare.h"
 #include "hotitems/ItemListCtrl.h"
 #include "hotitems/LoadHotItemsThread.h"
 #include "net/FtpClient.h"
-#include "net/SiteProfile.h"
 #include "query/MySettings.h"
 #include "query/QueryFile.h"
 #include "query/RunSetup.h"
+#include "sites/SiteProfile.h"
 
 namespace {
 
 using namespace gavelscope;
 using Clock = std::chrono::steady_clock;
 
-struct Quiet : app::IBrowser, app::IUserMessages, app::IPageSource, app::IRunEvents {
+struct Quiet : base::IBrowser, base::IUserMessages, base::IPageSource, base::IRunEvents {
   void OpenUrlInBrowser(std::string_view) override {}
-  app::MessageReply Show(const app::UserMessage&) override { return app::MessageReply::Ok; }
+  base::MessageReply Show(const base::UserMessage&) override { return base::MessageReply::Ok; }
   std::string GetPageText(std::string_view, std::stop_token) override { return {}; }
   void StepProgress() override {}
   void SetRefreshDone(bool) override {}
@@ -77,7 +77,7 @@ struct TempFolder {
 };
 
 int History(const net::NetOptions& options) {
-  const net::Profile profile = net::CompiledProfile();
+  const sites::Profile profile = sites::CompiledProfile();
   const hotitems::DateOrder order = hotitems::DateOrderFromLocale();
   TempFolder folder;
   Quiet quiet;
@@ -116,7 +116,7 @@ int Query(const net::NetOptions& options, const std::string& file, const std::st
   }
   TempFolder folder;
   app::ControllerConfig config;
-  config.profile = net::CompiledProfile();
+  config.profile = sites::CompiledProfile();
   config.net = options;
   config.cacheFolder = folder.path;
   config.dateOrder = hotitems::DateOrderFromLocale();
@@ -130,7 +130,7 @@ int Query(const net::NetOptions& options, const std::string& file, const std::st
                          app::Load::HotItems}) {
     controller.LoadDone(load).Wait({});
   }
-  const net::Site site = settings.m_bInternational ? net::Site::USA : net::Site::UK;
+  const sites::Site site = settings.m_bInternational ? sites::Site::USA : sites::Site::UK;
   controller.Categories(site).ready.Wait({});
   auto run = controller.NewQueryRun();
   query::ConfigureRun(settings, controller.Categories(site), *run);

@@ -10,22 +10,22 @@
 #include <string_view>
 #include <vector>
 
-#include "app/CategoryAnchors.h"
-#include "auctions/AuctionScan.h"
-#include "net/SiteProfile.h"
-#include "net/TextHelpers.h"
-#include "query/ListingScan.h"
+#include "base/TextHelpers.h"
+#include "sites/AuctionScan.h"
+#include "sites/CategoryAnchors.h"
+#include "sites/ListingScan.h"
+#include "sites/SiteProfile.h"
 
 // Each scan is measured against a walk that finds the same markers in the same bytes with
 // std::string_view::find and copies nothing: the least work any scan of that page could do. A plain
 // memchr walk over every tag gives the floor beneath both.
 namespace {
 
-using gavelscope::net::Find;
-using gavelscope::net::SiteConfig;
+using gavelscope::base::Find;
+using gavelscope::sites::SiteConfig;
 
-const gavelscope::net::Profile& Profile() {
-  static const gavelscope::net::Profile profile = gavelscope::net::CompiledProfile();
+const gavelscope::sites::Profile& Profile() {
+  static const gavelscope::sites::Profile profile = gavelscope::sites::CompiledProfile();
   return profile;
 }
 
@@ -96,7 +96,7 @@ std::string Bids(Draw& draw) {
 }
 
 std::string PlainTitle(std::string title) {
-  for (std::string_view tag : {"<b>", "</b>", "<wbr>", "</wbr>"}) gavelscope::net::ReplaceAll(title, tag, "");
+  for (std::string_view tag : {"<b>", "</b>", "<wbr>", "</wbr>"}) gavelscope::base::ReplaceAll(title, tag, "");
   return title;
 }
 
@@ -143,7 +143,7 @@ std::string Pager() {
 // A listing page of `rows` items in the row layout of one site: one table per row on Site USA, one
 // table of rows on Site UK.
 std::string ListingPage(bool uk, int rows) {
-  const SiteConfig& site = Profile().site(uk ? gavelscope::net::Site::UK : gavelscope::net::Site::USA);
+  const SiteConfig& site = Profile().site(uk ? gavelscope::sites::Site::UK : gavelscope::sites::Site::USA);
   Draw draw;
   std::string page = PageStart(site);
   page +=
@@ -246,7 +246,7 @@ std::string Slug(std::string_view name) {
 // sub-category links with their counts, then a "more..." link that ends the category for the scans.
 // `rows` sub-category rows in all, shared out evenly.
 std::string HomePage(bool uk, int rows) {
-  const SiteConfig& site = Profile().site(uk ? gavelscope::net::Site::UK : gavelscope::net::Site::USA);
+  const SiteConfig& site = Profile().site(uk ? gavelscope::sites::Site::UK : gavelscope::sites::Site::USA);
   Draw draw;
   std::string page = PageStart(site);
   page +=
@@ -257,7 +257,7 @@ std::string HomePage(bool uk, int rows) {
     if (c == (kCategories + 1) / 2) page += "</td>\n<td valign=\"top\" width=\"50%\">\n";
     const std::string name = kCategoryNames[c];
     std::string plain = name;
-    gavelscope::net::DecodeEntities(plain);
+    gavelscope::base::DecodeEntities(plain);
     const std::string path = std::string("/").append(Slug(plain)) + "_W0QQsacatZ" + std::to_string((c + 1) * 1000);
     page += "<p><a href=\"" + path + "/list/\"><b>" + name + "</b></a> (" + Money(draw.Below(9000000)) + ")<br>\n";
     const int subs = rows / kCategories + (c < rows % kCategories ? 1 : 0);
@@ -356,7 +356,7 @@ ScanTotals WalkListingMarkers(std::string_view page, const SiteConfig& site, boo
     totals.sum += static_cast<long>(timeEnd);
     const std::size_t s2 = page.find(prefix, t2);
     if (s2 == npos) {
-      totals.continueAt = static_cast<int>(page.find(gavelscope::query::kContinueMarker, t2));
+      totals.continueAt = static_cast<int>(page.find(gavelscope::sites::kContinueMarker, t2));
       break;
     }
     s = s2;
@@ -382,7 +382,7 @@ void ScanListing(benchmark::State& state) {
   const bool uk = state.range(0) != 0;
   const int rows = static_cast<int>(state.range(1));
   const std::string& page = CachedPage("listing", uk, rows);
-  const SiteConfig& site = Profile().site(uk ? gavelscope::net::Site::UK : gavelscope::net::Site::USA);
+  const SiteConfig& site = Profile().site(uk ? gavelscope::sites::Site::UK : gavelscope::sites::Site::USA);
   ScanTotals totals;
   for (auto _ : state) {
     totals = ScanListingPage(page, site, uk, kKeywords);
@@ -398,7 +398,7 @@ void WalkListing(benchmark::State& state) {
   const bool uk = state.range(0) != 0;
   const int rows = static_cast<int>(state.range(1));
   const std::string& page = CachedPage("listing", uk, rows);
-  const SiteConfig& site = Profile().site(uk ? gavelscope::net::Site::UK : gavelscope::net::Site::USA);
+  const SiteConfig& site = Profile().site(uk ? gavelscope::sites::Site::UK : gavelscope::sites::Site::USA);
   ScanTotals totals;
   for (auto _ : state) {
     totals = WalkListingMarkers(page, site, uk);
@@ -435,7 +435,7 @@ void CategoryAnchors(benchmark::State& state) {
   for (auto _ : state) {
     names.clear();
     links.clear();
-    gavelscope::app::ParseCategoryAnchors(page, names, links);
+    gavelscope::sites::ParseCategoryAnchors(page, names, links);
     benchmark::DoNotOptimize(names.data());
   }
   if (names.size() != kCategories) state.SkipWithError("the scan did not find every category");
@@ -468,7 +468,7 @@ void WalkCategoryAnchors(benchmark::State& state) {
 std::vector<std::string> CategoryLinks(const std::string& page) {
   std::vector<std::string> names;
   std::vector<std::string> links;
-  gavelscope::app::ParseCategoryAnchors(page, names, links);
+  gavelscope::sites::ParseCategoryAnchors(page, names, links);
   return links;
 }
 
@@ -479,7 +479,7 @@ void AuctionScan(benchmark::State& state) {
   const SiteConfig& site = Profile().usa;
   std::size_t found = 0;
   for (auto _ : state) {
-    auto scanned = gavelscope::auctions::ScanAuctionRows(page, links, site.listingHost, site.domainSuffix);
+    auto scanned = gavelscope::sites::ScanAuctionRows(page, links, site.listingHost, site.domainSuffix);
     benchmark::DoNotOptimize(scanned.data());
     // The rows outlive the scan (the auction list takes their strings), so freeing them is not timed.
     state.PauseTiming();

@@ -21,13 +21,13 @@
 #include <string>
 #include <vector>
 
-#include "app/Browser.h"
-#include "app/UserMessages.h"
+#include "base/Browser.h"
+#include "base/UserMessages.h"
 #include "hotitems/ItemCompare.h"
-#include "net/SiteProfile.h"
 #include "query/MySettings.h"
 #include "query/QueryFile.h"
 #include "query/RunSetup.h"
+#include "sites/SiteProfile.h"
 #include "ui/MainDialog.h"
 
 namespace {
@@ -42,16 +42,16 @@ double Milliseconds(Clock::duration d) {
 }
 
 // Answers every message at once, as a user who is not there; the query's last message ends the run.
-class QuietMessages : public app::IUserMessages {
+class QuietMessages : public base::IUserMessages {
  public:
-  app::MessageReply Show(const app::UserMessage& message) override {
+  base::MessageReply Show(const base::UserMessage& message) override {
     if (message.title == "Search Complete") searchComplete = true;
-    return message.buttons == app::MessageButtons::YesNo ? app::MessageReply::Yes : app::MessageReply::Ok;
+    return message.buttons == base::MessageButtons::YesNo ? base::MessageReply::Yes : base::MessageReply::Ok;
   }
   std::atomic<bool> searchComplete{false};
 };
 
-struct NoBrowser : app::IBrowser {
+struct NoBrowser : base::IBrowser {
   void OpenUrlInBrowser(std::string_view) override {}
 };
 
@@ -95,7 +95,7 @@ int main(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
   app::ControllerConfig config;
-  config.profile = net::CompiledProfile();
+  config.profile = sites::CompiledProfile();
   std::string queryFile;
   for (int i = 1; i < argc; ++i) {
     const std::string arg = argv[i];
@@ -128,7 +128,7 @@ int main(int argc, char** argv) {
       started = true;
       heartbeat.EndPhase("start-up");
       // Started as the query dialog's Start Query starts it, once the start-up is in.
-      const net::Site site = settings.m_bInternational ? net::Site::USA : net::Site::UK;
+      const sites::Site site = settings.m_bInternational ? sites::Site::USA : sites::Site::UK;
       auto run = window.controller().NewQueryRun();
       query::ConfigureRun(settings, window.controller().Categories(site), *run);
       window.controller().StartQuery(std::move(run));

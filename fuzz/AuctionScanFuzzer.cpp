@@ -11,27 +11,26 @@
 #include <vector>
 
 #include "FuzzFakes.h"
-#include "app/CategoryAnchors.h"
 #include "auctions/AuctionListCtrl.h"
-#include "auctions/AuctionScan.h"
-#include "net/SiteProfile.h"
+#include "sites/AuctionScan.h"
+#include "sites/CategoryAnchors.h"
+#include "sites/SiteProfile.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace gavelscope;
-  static const net::Profile profile = net::CompiledProfile();
+  static const sites::Profile profile = sites::CompiledProfile();
   const std::string_view page(reinterpret_cast<const char*>(data), size);
   std::vector<std::string> names;
   std::vector<std::string> links;
-  app::ParseCategoryAnchors(page, names, links);
+  sites::ParseCategoryAnchors(page, names, links);
   fuzz::NullBrowser browser;
   fuzz::NullMessages messages;
-  for (net::Site site : {net::Site::USA, net::Site::UK}) {
-    const net::SiteConfig& config = profile.site(site);
-    std::vector<auctions::AuctionRow> rows =
-        auctions::ScanAuctionRows(page, links, config.listingHost, config.domainSuffix);
+  for (sites::Site site : {sites::Site::USA, sites::Site::UK}) {
+    const sites::SiteConfig& config = profile.site(site);
+    std::vector<sites::AuctionRow> rows = sites::ScanAuctionRows(page, links, config.listingHost, config.domainSuffix);
     auctions::CAuctionListCtrl list(browser, messages);
     std::size_t counter = 0;
-    for (auctions::AuctionRow& row : rows) {
+    for (sites::AuctionRow& row : rows) {
       auto record = std::make_shared<const auctions::CAuctionRecord>(std::move(row.link));
       list.InsertRow(counter++, {std::move(row.name), std::move(row.count), std::move(record)});
     }
@@ -39,8 +38,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     (void)list.ExportText();
     for (std::size_t i = 0; i < list.RowCount(); ++i) {
       list.ContextMenuAt(static_cast<int>(i));
-      for (net::ListingView view : {net::ListingView::Current, net::ListingView::NewToday,
-                                    net::ListingView::EndingToday, net::ListingView::GoingGone}) {
+      for (sites::ListingView view : {sites::ListingView::Current, sites::ListingView::NewToday,
+                                      sites::ListingView::EndingToday, sites::ListingView::GoingGone}) {
         list.OpenView(view);
       }
     }

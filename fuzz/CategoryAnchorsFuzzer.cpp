@@ -9,12 +9,12 @@
 #include <string_view>
 #include <vector>
 
-#include "app/CategoryAnchors.h"
+#include "sites/CategoryAnchors.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::vector<std::string> names;
   std::vector<std::string> links;
-  gavelscope::app::ParseCategoryAnchors(std::string_view(reinterpret_cast<const char*>(data), size), names, links);
+  gavelscope::sites::ParseCategoryAnchors(std::string_view(reinterpret_cast<const char*>(data), size), names, links);
   // The views pair the two lists by index.
   if (names.size() != links.size()) std::abort();
   return 0;

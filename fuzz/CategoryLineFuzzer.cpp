@@ -17,7 +17,7 @@ namespace {
 
 void VisitItem(keywords::CCategoryTree& tree, keywords::TreeItem item) {
   tree.ContextMenuFor(item);
-  for (net::ListingView view : keywords::kMenuViews) tree.OpenView(view);
+  for (sites::ListingView view : keywords::kMenuViews) tree.OpenView(view);
   for (keywords::TreeItem child : tree.ChildItems(item)) VisitItem(tree, child);
 }
 

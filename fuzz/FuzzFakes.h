@@ -6,25 +6,25 @@
 #include <string>
 #include <string_view>
 
-#include "app/Browser.h"
-#include "app/PageSource.h"
-#include "app/UserMessages.h"
+#include "base/Browser.h"
+#include "base/PageSource.h"
+#include "base/UserMessages.h"
 
 namespace gavelscope::fuzz {
 
 // The headless controls want a browser, a message sink and a page source; a fuzz run must neither
 // open anything nor wait for anyone, so these do nothing and answer at once.
-class NullBrowser : public app::IBrowser {
+class NullBrowser : public base::IBrowser {
  public:
   void OpenUrlInBrowser(std::string_view) override {}
 };
 
-class NullMessages : public app::IUserMessages {
+class NullMessages : public base::IUserMessages {
  public:
-  app::MessageReply Show(const app::UserMessage&) override { return app::MessageReply::Ok; }
+  base::MessageReply Show(const base::UserMessage&) override { return base::MessageReply::Ok; }
 };
 
-class NullPages : public app::IPageSource {
+class NullPages : public base::IPageSource {
  public:
   std::string GetPageText(std::string_view, std::stop_token) override { return {}; }
 };

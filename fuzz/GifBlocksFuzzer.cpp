@@ -7,9 +7,9 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "hotitems/GifBlocks.h"
+#include "banner/GifBlocks.h"
 
-using gavelscope::hotitems::GifBlockWalker;
+using gavelscope::banner::GifBlockWalker;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   GifBlockWalker walker(std::string_view(reinterpret_cast<const char*>(data), size));

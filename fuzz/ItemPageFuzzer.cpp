@@ -7,15 +7,13 @@
 #include <cstdint>
 #include <string_view>
 
-#include "hotitems/ItemListCtrl.h"
+#include "sites/ItemPage.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  using namespace gavelscope::hotitems;
+  using namespace gavelscope::sites;
   const std::string_view page(reinterpret_cast<const char*>(data), size);
   for (LinkedPage which : {LinkedPage::BidHistory, LinkedPage::SellersOtherItems, LinkedPage::SellerFeedback}) {
-    for (ItemListVariant variant : {ItemListVariant::HistoryUK, ItemListVariant::HistoryUSA}) {
-      (void)LinkedPageUrl(page, which, variant);
-    }
+    for (bool uk : {true, false}) (void)LinkedPageUrl(page, which, uk);
   }
   return 0;
 }

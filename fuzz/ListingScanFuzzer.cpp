@@ -17,12 +17,12 @@
 #include <string_view>
 
 #include "FuzzFakes.h"
+#include "base/TextHelpers.h"
 #include "hotitems/HotItemRecord.h"
 #include "hotitems/ItemListCtrl.h"
-#include "net/SiteProfile.h"
-#include "net/TextHelpers.h"
 #include "query/CategoryScanJob.h"
-#include "query/ListingScan.h"
+#include "sites/ListingScan.h"
+#include "sites/SiteProfile.h"
 
 namespace gavelscope::fuzz {
 namespace {
@@ -48,13 +48,13 @@ query::NumericFilter ChooseFilter(FuzzedDataProvider& input) {
 }
 
 // The scan job's filter and result row, as CLoadEachCategoryHotItemsQueryThread applies them.
-void FilterAndAdd(const query::ListingRow& row, const query::NumericFilter (&filters)[3],
+void FilterAndAdd(const sites::ListingRow& row, const query::NumericFilter (&filters)[3],
                   hotitems::CItemListCtrl& list) {
   if (row.link.empty() || row.timeLeft.empty() || row.title.empty() || row.price.empty()) return;
-  const int price = query::ParsePrice(row.price);
+  const int price = sites::ParsePrice(row.price);
   if (price == -1) return;
-  if (!filters[0].Passes(query::ParseBids(row.bids)) || !filters[1].Passes(price) ||
-      !filters[2].Passes(query::ParseDaysLeft(row.timeLeft))) {
+  if (!filters[0].Passes(sites::ParseBids(row.bids)) || !filters[1].Passes(price) ||
+      !filters[2].Passes(sites::ParseDaysLeft(row.timeLeft))) {
     return;
   }
   auto record = std::make_shared<hotitems::CHotItemRecord>();
@@ -76,35 +76,35 @@ void FilterAndAdd(const query::ListingRow& row, const query::NumericFilter (&fil
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace gavelscope;
-  static const net::Profile profile = net::CompiledProfile();
+  static const sites::Profile profile = sites::CompiledProfile();
   FuzzedDataProvider input(data, size);
   const bool uk = input.ConsumeBool();
   const query::NumericFilter filters[3] = {fuzz::ChooseFilter(input), fuzz::ChooseFilter(input),
                                            fuzz::ChooseFilter(input)};
-  const std::string keywords(hotitems::TrimWhiteSpace(input.ConsumeRandomLengthString(64)));
+  const std::string keywords(base::TrimWhiteSpace(input.ConsumeRandomLengthString(64)));
   const std::string categoryLink = input.ConsumeRandomLengthString(256);
   const std::string page = input.ConsumeRemainingBytesAsString();
-  const net::SiteConfig& site = profile.site(uk ? net::Site::UK : net::Site::USA);
+  const sites::SiteConfig& site = profile.site(uk ? sites::Site::UK : sites::Site::USA);
 
-  (void)query::BuildListingLinks(page, categoryLink, site);
+  (void)sites::BuildListingLinks(page, categoryLink, site);
 
   fuzz::NullBrowser browser;
   fuzz::NullMessages messages;
   fuzz::NullPages pages;
   hotitems::CItemListCtrl results(hotitems::ItemListVariant::QueryResults, browser, messages, pages,
                                   hotitems::DateOrder::MonthFirst);
-  int s = net::Find(page, site.itemLinkPrefix, 0);
-  int t = net::Find(page, ">", s);
+  int s = base::Find(page, site.itemLinkPrefix, 0);
+  int t = base::Find(page, ">", s);
   while (s != -1) {
-    const query::ListingRow row = query::ParseRow(page, s, t, site, uk);
-    if (query::MatchesKeywords(row.title, keywords)) fuzz::FilterAndAdd(row, filters, results);
+    const sites::ListingRow row = sites::ParseRow(page, s, t, site, uk);
+    if (sites::MatchesKeywords(row.title, keywords)) fuzz::FilterAndAdd(row, filters, results);
     if (row.s2 != -1) {
       s = row.s2;
-      t = net::Find(page, ">", s);
+      t = base::Find(page, ">", s);
       continue;
     }
-    const int c = net::Find(page, query::kContinueMarker, row.t2);
-    if (c != -1) (void)query::NextPageUrl(page, c, profile, uk);
+    const int c = base::Find(page, sites::kContinueMarker, row.t2);
+    if (c != -1) (void)sites::NextPageUrl(page, c, profile, uk);
     break;
   }
   for (int column = 0; column < hotitems::CItemListCtrl::kColumnCount; ++column) {

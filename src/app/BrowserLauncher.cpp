@@ -12,7 +12,7 @@
 #include <cerrno>
 #include <cstdint>
 
-#include "app/Spawn.h"
+#include "base/Spawn.h"
 
 namespace gavelscope::app {
 
@@ -57,7 +57,7 @@ bool IsBrowsableUrl(std::string_view url) {
   return known && url.substr(colon).starts_with("://");
 }
 
-CBrowserLauncher::CBrowserLauncher(IUserMessages& messages, std::vector<std::string> command)
+CBrowserLauncher::CBrowserLauncher(base::IUserMessages& messages, std::vector<std::string> command)
     : m_messages(messages), m_command(std::move(command)) {}
 
 CBrowserLauncher::~CBrowserLauncher() {
@@ -76,13 +76,15 @@ void CBrowserLauncher::BrowserThreadProc(const std::string& url, std::stop_token
     argv.push_back(const_cast<char*>(url.c_str()));
     argv.push_back(nullptr);
     pid_t child = 0;
-    if (SpawnProcess(child, argv[0], nullptr, argv.data(), true) == 0) {
+    if (base::SpawnProcess(child, argv[0], nullptr, argv.data(), true) == 0) {
       const int status = WaitForChild(child, stop);
       // A stop while the browser starts is no failure of the browser: say nothing.
       started = status == 0 || (status == -1 && stop.stop_requested());
     }
   }
-  if (!started) m_messages.Show(UserMessage{text::kBrowserFailed, text::kApplicationName, MessageButtons::Ok, false});
+  if (!started)
+    m_messages.Show(
+        base::UserMessage{base::text::kBrowserFailed, base::text::kApplicationName, base::MessageButtons::Ok, false});
 }
 
 }  // namespace gavelscope::app

@@ -6,18 +6,18 @@
 #include <string_view>
 #include <vector>
 
-#include "app/Browser.h"
-#include "app/ThreadOwner.h"
-#include "app/UserMessages.h"
+#include "base/Browser.h"
+#include "base/ThreadOwner.h"
+#include "base/UserMessages.h"
 
 namespace gavelscope::app {
 
 // Opens pages in the user's web browser, each on a thread of its own so that no caller waits for a
 // browser to start. The browser command is run directly with the address as its last argument, never
 // through a shell, and only http, https and ftp addresses are handed to it.
-class CBrowserLauncher : public IBrowser {
+class CBrowserLauncher : public base::IBrowser {
  public:
-  explicit CBrowserLauncher(IUserMessages& messages, std::vector<std::string> command = {"xdg-open"});
+  explicit CBrowserLauncher(base::IUserMessages& messages, std::vector<std::string> command = {"xdg-open"});
   ~CBrowserLauncher() override;
 
   void OpenUrlInBrowser(std::string_view url) override;
@@ -27,9 +27,9 @@ class CBrowserLauncher : public IBrowser {
  private:
   void BrowserThreadProc(const std::string& url, std::stop_token stop);
 
-  IUserMessages& m_messages;
+  base::IUserMessages& m_messages;
   std::vector<std::string> m_command;
-  ThreadOwner m_threads;
+  base::ThreadOwner m_threads;
 };
 
 // True for the address schemes a browser may be given.

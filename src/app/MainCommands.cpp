@@ -4,13 +4,13 @@
 
 #include <algorithm>
 
-#include "net/TextHelpers.h"
+#include "base/TextHelpers.h"
 
 namespace gavelscope::app {
 
 namespace {
 
-using net::Site;
+using sites::Site;
 
 constexpr ViewId kSwitchedViews[] = {ViewId::TreeUK,        ViewId::TreeUSA,        ViewId::KeywordsUK,
                                      ViewId::KeywordsUSA,   ViewId::AuctionsUK,     ViewId::AuctionsUSA,
@@ -34,7 +34,8 @@ std::vector<ViewId> ViewsShown(Tab tab, Site site) {
   return {};
 }
 
-CMainCommands::CMainCommands(CRunController& controller, IMainView& view, IUserMessages& messages, IBrowser& browser)
+CMainCommands::CMainCommands(CRunController& controller, IMainView& view, base::IUserMessages& messages,
+                             base::IBrowser& browser)
     : m_controller(controller), m_view(view), m_messages(messages), m_browser(browser) {}
 
 void CMainCommands::ShowViews() {
@@ -59,7 +60,7 @@ bool CMainCommands::SelectSite(Site site) {
 
 void CMainCommands::SearchView(std::string_view word) {
   if (word.empty()) {
-    m_messages.Show(UserMessage{"Please Input A Search Word !", text::kMessageTitle});
+    m_messages.Show(base::UserMessage{"Please Input A Search Word !", base::text::kMessageTitle});
     return;
   }
   switch (m_tab) {
@@ -90,7 +91,7 @@ std::string CMainCommands::ExportTitle() const {
 
 void CMainCommands::Export() {
   const std::optional<std::filesystem::path> file =
-      m_messages.ChooseFile(FileChoice{ExportTitle(), "Text File (*.txt)", "txt", true});
+      m_messages.ChooseFile(base::FileChoice{ExportTitle(), "Text File (*.txt)", "txt", true});
   if (file) ExportView(*file);
 }
 
@@ -111,19 +112,20 @@ net::NetResult CMainCommands::ExportView(const std::filesystem::path& file) {
       break;
   }
   if (!written) {
-    m_messages.Show(UserMessage{"Cannot create the file " + file.string() + "\n" + written.error, text::kMessageTitle});
+    m_messages.Show(
+        base::UserMessage{"Cannot create the file " + file.string() + "\n" + written.error, base::text::kMessageTitle});
   }
   return written;
 }
 
 void CMainCommands::StopQuery() {
   if (!m_controller.IsQueryRunning()) {
-    m_messages.Show(UserMessage{"There is no hot item query process to stop", "Gavelscope Error"});
+    m_messages.Show(base::UserMessage{"There is no hot item query process to stop", "Gavelscope Error"});
     return;
   }
   // Clearing the flag is the stop: the run and its jobs end when they next look at it.
   m_controller.SetQueryRunning(false);
-  m_messages.Show(UserMessage{"Gavelscope query analysis has been manually stopped", "Search Aborted"});
+  m_messages.Show(base::UserMessage{"Gavelscope query analysis has been manually stopped", "Search Aborted"});
 }
 
 void CMainCommands::OpenHomePage() {
@@ -132,7 +134,7 @@ void CMainCommands::OpenHomePage() {
 
 void CMainCommands::OpenMyEbay() {
   std::string url = m_controller.config().profile.signInPage;
-  if (m_site == Site::UK) net::ReplaceAll(url, ".com", ".co.uk");
+  if (m_site == Site::UK) base::ReplaceAll(url, ".com", ".co.uk");
   m_browser.OpenUrlInBrowser(url);
 }
 

@@ -10,7 +10,7 @@
 #include "app/MainView.h"
 #include "app/RunController.h"
 #include "net/NetOptions.h"
-#include "net/SiteProfile.h"
+#include "sites/SiteProfile.h"
 
 namespace gavelscope::app {
 
@@ -18,21 +18,21 @@ enum class Tab { Keywords, Auctions, HotItems, Query };
 
 // The views a tab shows for a site; every other named list, tree, the pages counter and the stop
 // button are hidden.
-std::vector<ViewId> ViewsShown(Tab tab, net::Site site);
+std::vector<ViewId> ViewsShown(Tab tab, sites::Site site);
 
 // What the main window's buttons, tabs, flags and keys do, without the window: the window turns
 // clicks into these calls and asks the user the questions they return to it.
 class CMainCommands {
  public:
-  CMainCommands(CRunController& controller, IMainView& view, IUserMessages& messages, IBrowser& browser);
+  CMainCommands(CRunController& controller, IMainView& view, base::IUserMessages& messages, base::IBrowser& browser);
 
   Tab tab() const { return m_tab; }
-  net::Site site() const { return m_site; }
+  sites::Site site() const { return m_site; }
 
   // Shows the tab's views. The query tab then asks the window to confirm a new query.
   void SelectTab(Tab tab);
   // A click on a site's flag; false (nothing changes) when that site is already selected.
-  bool SelectSite(net::Site site);
+  bool SelectSite(sites::Site site);
   // Hands a word to the find-next of the visible list; an empty word is refused with a message.
   void SearchView(std::string_view word);
   // Enter never closes the window: it searches when the search edit has the focus.
@@ -54,10 +54,10 @@ class CMainCommands {
 
   CRunController& m_controller;
   IMainView& m_view;
-  IUserMessages& m_messages;
-  IBrowser& m_browser;
+  base::IUserMessages& m_messages;
+  base::IBrowser& m_browser;
   Tab m_tab = Tab::Keywords;
-  net::Site m_site = net::Site::USA;
+  sites::Site m_site = sites::Site::USA;
   bool m_bSkipDestroyOnce = false;
 };
 

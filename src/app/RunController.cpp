@@ -6,11 +6,11 @@
 #include <cstdlib>
 #include <system_error>
 
-#include "app/CategoryAnchors.h"
-#include "net/AddressCheck.h"
 #include "auctions/AuctionThread.h"
 #include "hotitems/LoadHotItemsThread.h"
 #include "keywords/KeyWordsThread.h"
+#include "sites/CategoryAnchors.h"
+#include "sites/SiteAddresses.h"
 
 namespace gavelscope::app {
 
@@ -31,7 +31,8 @@ int LeadingInteger(const std::string& text) {
 
 }  // namespace
 
-CRunController::CRunController(ControllerConfig config, IMainView& view, IUserMessages& messages, IBrowser& browser)
+CRunController::CRunController(ControllerConfig config, IMainView& view, base::IUserMessages& messages,
+                               base::IBrowser& browser)
     : m_config(std::move(config)),
       m_view(view),
       m_messages(messages),
@@ -90,8 +91,8 @@ void CRunController::Start() {
 }
 
 void CRunController::ShowWelcome() {
-  m_messages.Show(UserMessage{std::string(text::kWelcomeText) + m_config.profile.vendor.supportEmail,
-                              text::kWelcomeTitle, MessageButtons::Ok, true});
+  m_messages.Show(base::UserMessage{std::string(base::text::kWelcomeText) + m_config.profile.vendor.supportEmail,
+                                    base::text::kWelcomeTitle, base::MessageButtons::Ok, true});
 }
 
 void CRunController::StartAnalysis() {
@@ -113,7 +114,7 @@ void CRunController::StartAnalysisThreads() {
   // In this order: keywords UK, keywords USA, auctions USA, auctions UK, hot item history. Each
   // counts one finished load when it ends.
   if (m_bShutDown) return;
-  for (ReadinessEvent& done : m_loadsDone) done.Reset();
+  for (base::ReadinessEvent& done : m_loadsDone) done.Reset();
   m_keyWordsThreadUK = StartLoad(Load::KeywordsUK, keywords::CKeyWordsThreadUK(m_config.profile, m_config.net,
                                                                                {m_treeUK, m_listKeywordsUK, *this}));
   m_keyWordsThreadUSA =
@@ -155,23 +156,24 @@ void CRunController::StopAnalysisThreads() {
   }
 }
 
-void CRunController::LoadSiteCategories(SiteCategories& target, const std::string& baseUrl, std::stop_token stop) {
+void CRunController::LoadSiteCategories(sites::SiteCategories& target, const std::string& baseUrl,
+                                        std::stop_token stop) {
   ExtractCategoryLinks(target, baseUrl, stop);
   // The event that is set depends on the address alone, as it always has.
-  SiteCategories& ready = ContainsUK(baseUrl) ? m_categoriesUK : m_categoriesUSA;
+  sites::SiteCategories& ready = ContainsUK(baseUrl) ? m_categoriesUK : m_categoriesUSA;
   ready.ready.Set();
 }
 
-void CRunController::ExtractCategoryLinks(SiteCategories& target, const std::string& url, std::stop_token stop) {
+void CRunController::ExtractCategoryLinks(sites::SiteCategories& target, const std::string& url, std::stop_token stop) {
   target.strHomePage = GetPageText(url, std::move(stop));
-  ParseCategoryAnchors(target.strHomePage, target.arrCategoryNames, target.arrCategoryLinks);
+  sites::ParseCategoryAnchors(target.strHomePage, target.arrCategoryNames, target.arrCategoryLinks);
   OnThreadFinished();
 }
 
 std::string CRunController::GetPageText(std::string_view url, std::stop_token stop) {
   // Item links come from pages and from the shared history file: one that leaves the sites'
   // domains is treated as a page that could not be read.
-  if (!net::IsSiteAddress(url, m_config.profile)) return {};
+  if (!sites::IsSiteAddress(url, m_config.profile)) return {};
   return m_session.GetPageText(url, std::move(stop));
 }
 
@@ -198,7 +200,8 @@ void CRunController::SetRefreshDone(bool done) {
 
 bool CRunController::RefreshDisplay() {
   if (m_bRefreshing.exchange(true)) {
-    m_messages.Show(UserMessage{text::kAlreadyRefreshing, text::kMessageTitle, MessageButtons::Ok, true});
+    m_messages.Show(
+        base::UserMessage{base::text::kAlreadyRefreshing, base::text::kMessageTitle, base::MessageButtons::Ok, true});
     return false;
   }
   // The previous run's threads end first: their completions belong to the run they started in.

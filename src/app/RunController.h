@@ -14,23 +14,23 @@
 #include <thread>
 #include <vector>
 
-#include "app/Browser.h"
 #include "app/MainView.h"
-#include "app/PageSource.h"
-#include "app/ReadinessEvent.h"
-#include "app/RunEvents.h"
-#include "app/SiteCategories.h"
-#include "app/ThreadOwner.h"
-#include "app/UserMessages.h"
 #include "auctions/AuctionListCtrl.h"
+#include "base/Browser.h"
+#include "base/PageSource.h"
+#include "base/ReadinessEvent.h"
+#include "base/RunEvents.h"
+#include "base/ThreadOwner.h"
+#include "base/UserMessages.h"
 #include "hotitems/ItemListCtrl.h"
 #include "keywords/CategoryTree.h"
 #include "keywords/KeywordListCtrl.h"
 #include "net/NetOptions.h"
 #include "net/PageFetcher.h"
-#include "net/SiteProfile.h"
 #include "query/QueryHost.h"
 #include "query/QueryRun.h"
+#include "sites/SiteCategories.h"
+#include "sites/SiteProfile.h"
 
 namespace gavelscope::app {
 
@@ -39,7 +39,7 @@ enum class Load { KeywordsUK, KeywordsUSA, AuctionsUSA, AuctionsUK, HotItems };
 inline constexpr std::size_t kLoadKinds = 5;
 
 struct ControllerConfig {
-  net::Profile profile;
+  sites::Profile profile;
   net::NetOptions net;
   // The per-user folder for the files the system downloads and writes.
   std::filesystem::path cacheFolder;
@@ -54,12 +54,12 @@ struct ControllerConfig {
 // The run controller of the main window: starts the start-up workers and the analysis threads,
 // counts their completions, restarts the analysis on refresh, owns the state they share, and at the
 // end stops and joins them all. The window (or the CLI) supplies the view operations.
-class CRunController : public IRunEvents, public IPageSource, public query::IQueryHost {
+class CRunController : public base::IRunEvents, public base::IPageSource, public query::IQueryHost {
  public:
   static constexpr int kLoadsPerRun = 7;
   static constexpr int kProgressMax = 60;
 
-  CRunController(ControllerConfig config, IMainView& view, IUserMessages& messages, IBrowser& browser);
+  CRunController(ControllerConfig config, IMainView& view, base::IUserMessages& messages, base::IBrowser& browser);
   ~CRunController() override;
   CRunController(const CRunController&) = delete;
   CRunController& operator=(const CRunController&) = delete;
@@ -81,10 +81,10 @@ class CRunController : public IRunEvents, public IPageSource, public query::IQue
   void SetQueryRunning(bool running) override;
   bool IsQueryRunning() const override { return m_bQueryRunning.load(); }
   void IncrementPagesSearched() override;
-  const SiteCategories& SiteData(net::Site site) override { return Categories(site); }
+  const sites::SiteCategories& SiteData(sites::Site site) override { return Categories(site); }
   hotitems::CItemListCtrl& QueryResults() override { return m_listQueryResults; }
   std::mutex& ResultListBusy() override { return m_bResultListBusy; }
-  IUserMessages& Messages() override { return m_messages; }
+  base::IUserMessages& Messages() override { return m_messages; }
 
   // A query run configured for this window, to be handed to StartQuery.
   std::unique_ptr<query::CInitialiseHotItemQueryThread> NewQueryRun();
@@ -94,31 +94,33 @@ class CRunController : public IRunEvents, public IPageSource, public query::IQue
   // True while a query run is alive, stopped or not.
   bool IsQueryAlive() const { return m_queryAlive.load(); }
   // Set when the last started query run has ended.
-  ReadinessEvent& QueryEnded() { return m_queryEnded; }
+  base::ReadinessEvent& QueryEnded() { return m_queryEnded; }
   void SetPagesSearchedText(const std::string& text);
   bool IsSiteUSA() const { return m_bSiteUSA.load(); }
   void StepProgress() override;
 
-  keywords::CCategoryTree& Tree(net::Site site) { return site == net::Site::USA ? m_treeUSA : m_treeUK; }
-  keywords::CKeywordListCtrl& KeywordList(net::Site site) {
-    return site == net::Site::USA ? m_listKeywordsUSA : m_listKeywordsUK;
+  keywords::CCategoryTree& Tree(sites::Site site) { return site == sites::Site::USA ? m_treeUSA : m_treeUK; }
+  keywords::CKeywordListCtrl& KeywordList(sites::Site site) {
+    return site == sites::Site::USA ? m_listKeywordsUSA : m_listKeywordsUK;
   }
-  auctions::CAuctionListCtrl& AuctionList(net::Site site) {
-    return site == net::Site::USA ? m_listAuctionsUSA : m_listAuctionsUK;
+  auctions::CAuctionListCtrl& AuctionList(sites::Site site) {
+    return site == sites::Site::USA ? m_listAuctionsUSA : m_listAuctionsUK;
   }
-  hotitems::CItemListCtrl& HotItemList(net::Site site) {
-    return site == net::Site::USA ? m_listHotItemsUSA : m_listHotItemsUK;
+  hotitems::CItemListCtrl& HotItemList(sites::Site site) {
+    return site == sites::Site::USA ? m_listHotItemsUSA : m_listHotItemsUK;
   }
-  SiteCategories& Categories(net::Site site) { return site == net::Site::USA ? m_categoriesUSA : m_categoriesUK; }
+  sites::SiteCategories& Categories(sites::Site site) {
+    return site == sites::Site::USA ? m_categoriesUSA : m_categoriesUK;
+  }
   const ControllerConfig& config() const { return m_config; }
   net::SharedSession& session() { return m_session; }
   int FinishedLoads() const;
   // Set when the given load of the current run has ended; reset by a refresh.
-  ReadinessEvent& LoadDone(Load load) { return m_loadsDone[static_cast<std::size_t>(load)]; }
+  base::ReadinessEvent& LoadDone(Load load) { return m_loadsDone[static_cast<std::size_t>(load)]; }
   bool IsRefreshing() const { return m_bRefreshing.load(); }
 
   // The start-up worker of one Site: fetch the listing home page and extract its categories.
-  void ExtractCategoryLinks(SiteCategories& target, const std::string& url, std::stop_token stop);
+  void ExtractCategoryLinks(sites::SiteCategories& target, const std::string& url, std::stop_token stop);
 
  private:
   void StartAnalysis();
@@ -129,12 +131,12 @@ class CRunController : public IRunEvents, public IPageSource, public query::IQue
   // Stops and joins the analysis threads of the previous run, so that none of them writes into a
   // view that is being cleared for the next one.
   void StopAnalysisThreads();
-  void LoadSiteCategories(SiteCategories& target, const std::string& baseUrl, std::stop_token stop);
+  void LoadSiteCategories(sites::SiteCategories& target, const std::string& baseUrl, std::stop_token stop);
 
   ControllerConfig m_config;
   IMainView& m_view;
-  IUserMessages& m_messages;
-  IBrowser& m_browser;
+  base::IUserMessages& m_messages;
+  base::IBrowser& m_browser;
   net::SharedSession m_session;
 
   // The lists come first: each tree feeds its Site's list.
@@ -149,10 +151,10 @@ class CRunController : public IRunEvents, public IPageSource, public query::IQue
   hotitems::CItemListCtrl m_listQueryResults;
   std::mutex m_bResultListBusy;
   std::atomic<bool> m_queryAlive{false};
-  ReadinessEvent m_queryEnded;
+  base::ReadinessEvent m_queryEnded;
 
-  SiteCategories m_categoriesUK;
-  SiteCategories m_categoriesUSA;
+  sites::SiteCategories m_categoriesUK;
+  sites::SiteCategories m_categoriesUSA;
 
   mutable std::mutex m_countMutex;
   int m_nFinishedLoads = 0;
@@ -163,7 +165,7 @@ class CRunController : public IRunEvents, public IPageSource, public query::IQue
   std::atomic<bool> m_bSiteUSA{true};
   std::atomic<bool> m_bRefreshing{false};
   std::atomic<bool> m_bShutDown{false};
-  std::array<ReadinessEvent, kLoadKinds> m_loadsDone;
+  std::array<base::ReadinessEvent, kLoadKinds> m_loadsDone;
 
   // Last members: destroyed first, so no worker outlives the state it uses. Assigning a new thread
   // to a slot stops and joins the one before.
@@ -173,7 +175,7 @@ class CRunController : public IRunEvents, public IPageSource, public query::IQue
   std::jthread m_auctionThreadUK;
   std::jthread m_loadHotItemsThread;
   std::jthread m_queryThread;
-  ThreadOwner m_threads;
+  base::ThreadOwner m_threads;
 };
 
 }  // namespace gavelscope::app

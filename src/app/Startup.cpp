@@ -7,7 +7,7 @@
 
 namespace gavelscope::app {
 
-net::NetResult ProbeConnectivity(const net::Profile& profile, const net::NetOptions& options, std::stop_token stop) {
+net::NetResult ProbeConnectivity(const sites::Profile& profile, const net::NetOptions& options, std::stop_token stop) {
   const auto session = net::Session::Create(options);
   return net::ProbeUrl(session, profile.connectivityProbeUrl, std::move(stop));
 }

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "app/ListCommands.h"
+#include "base/ListCommands.h"
 
 namespace gavelscope::auctions {
 
@@ -13,7 +13,7 @@ int CountValue(std::string_view count) {
   return std::atoi(std::string(count).c_str());
 }
 
-CAuctionListCtrl::CAuctionListCtrl(app::IBrowser& browser, app::IUserMessages& messages)
+CAuctionListCtrl::CAuctionListCtrl(base::IBrowser& browser, base::IUserMessages& messages)
     : m_browser(browser), m_messages(messages) {}
 
 void CAuctionListCtrl::ClearRows() {
@@ -71,7 +71,7 @@ void CAuctionListCtrl::SortByCount() {
 void CAuctionListCtrl::SearchNext(std::string_view word) {
   const auto rowCount = [this] { return m_rows.size(); };
   const auto textOf = [this](std::size_t row) { return m_rows[row].name; };
-  if (app::FindNextAndMark(m_mutex, m_mark, word, rowCount, textOf, m_messages)) NotifyChanged();
+  if (base::FindNextAndMark(m_mutex, m_mark, word, rowCount, textOf, m_messages)) NotifyChanged();
 }
 
 std::string CAuctionListCtrl::ExportText() const {
@@ -84,17 +84,17 @@ std::string CAuctionListCtrl::ExportText() const {
 }
 
 net::NetResult CAuctionListCtrl::ExportRows(const std::filesystem::path& file) {
-  return app::ExportToFile(file, ExportText(), m_messages);
+  return base::ExportToFile(file, ExportText(), m_messages);
 }
 
-void CAuctionListCtrl::OpenView(net::ListingView view) {
+void CAuctionListCtrl::OpenView(sites::ListingView view) {
   std::shared_ptr<const CAuctionRecord> record;
   {
     std::lock_guard lock(m_mutex);
     if (m_mark < 0) return;
     record = m_rows[static_cast<std::size_t>(m_mark)].record;
   }
-  if (record) m_browser.OpenUrlInBrowser(net::ViewLink(record->GetLink(), view));
+  if (record) m_browser.OpenUrlInBrowser(sites::ViewLink(record->GetLink(), view));
 }
 
 bool CAuctionListCtrl::ContextMenuAt(int row) {

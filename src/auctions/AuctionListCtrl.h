@@ -9,18 +9,18 @@
 #include <string_view>
 #include <vector>
 
-#include "app/Browser.h"
-#include "app/ObservableControl.h"
-#include "app/UserMessages.h"
 #include "auctions/AuctionRecord.h"
-#include "net/ListingLinks.h"
+#include "base/Browser.h"
+#include "base/ObservableControl.h"
+#include "base/UserMessages.h"
 #include "net/NetOptions.h"
+#include "sites/ListingLinks.h"
 
 namespace gavelscope::auctions {
 
 // The auction list of one Site, headless: rows of sub-category name (column 0) and count text
 // (column 1), each with its record, the selection mark, and every command of the view.
-class CAuctionListCtrl : public app::ObservableControl {
+class CAuctionListCtrl : public base::ObservableControl {
  public:
   struct Row {
     std::string name;
@@ -28,7 +28,7 @@ class CAuctionListCtrl : public app::ObservableControl {
     std::shared_ptr<const CAuctionRecord> record;
   };
 
-  CAuctionListCtrl(app::IBrowser& browser, app::IUserMessages& messages);
+  CAuctionListCtrl(base::IBrowser& browser, base::IUserMessages& messages);
 
   void ClearRows();
   // Inserts at `index` (at the end when beyond it); returns where the row went.
@@ -48,14 +48,14 @@ class CAuctionListCtrl : public app::ObservableControl {
   net::NetResult ExportRows(const std::filesystem::path& file);
 
   // The marked row's listing page, in a view; nothing without a marked row.
-  void OpenView(net::ListingView view);
-  void OnDoubleClick() { OpenView(net::ListingView::Current); }
+  void OpenView(sites::ListingView view);
+  void OnDoubleClick() { OpenView(sites::ListingView::Current); }
   // A right click on a row (-1: none) selects it; true when the menu is to be shown.
   bool ContextMenuAt(int row);
 
  private:
-  app::IBrowser& m_browser;
-  app::IUserMessages& m_messages;
+  base::IBrowser& m_browser;
+  base::IUserMessages& m_messages;
   mutable std::mutex m_mutex;
   std::vector<Row> m_rows;
   int m_mark = -1;

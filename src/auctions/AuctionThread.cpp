@@ -2,12 +2,12 @@
 // Copyright 2026 The Gavelscope developers
 #include "auctions/AuctionThread.h"
 
-#include "auctions/AuctionScan.h"
+#include "sites/AuctionScan.h"
 
 namespace gavelscope::auctions {
 
-CAuctionThread::CAuctionThread(net::Site site, const net::Profile& profile, const app::SiteCategories& categories,
-                               CAuctionListCtrl& list, app::IRunEvents& events)
+CAuctionThread::CAuctionThread(sites::Site site, const sites::Profile& profile, const sites::SiteCategories& categories,
+                               CAuctionListCtrl& list, base::IRunEvents& events)
     : m_listingHost(profile.site(site).listingHost),
       m_domainSuffix(profile.site(site).domainSuffix),
       m_categories(categories),
@@ -17,12 +17,12 @@ CAuctionThread::CAuctionThread(net::Site site, const net::Profile& profile, cons
 void CAuctionThread::Run(std::stop_token stop) {
   if (m_categories.ready.Wait(stop)) {
     // The page and links do not change once the event is set; the scan reads them in place.
-    std::vector<AuctionRow> rows =
-        ScanAuctionRows(m_categories.strHomePage, m_categories.arrCategoryLinks, m_listingHost, m_domainSuffix);
+    std::vector<sites::AuctionRow> rows =
+        sites::ScanAuctionRows(m_categories.strHomePage, m_categories.arrCategoryLinks, m_listingHost, m_domainSuffix);
     m_list.ClearRows();
     m_list.SetRedraw(false);
     std::size_t counter = 0;
-    for (AuctionRow& row : rows) {
+    for (sites::AuctionRow& row : rows) {
       auto record = std::make_shared<const CAuctionRecord>(std::move(row.link));
       m_list.InsertRow(counter++, {std::move(row.name), std::move(row.count), std::move(record)});
     }

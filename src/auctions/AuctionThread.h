@@ -5,10 +5,10 @@
 #include <stop_token>
 #include <string>
 
-#include "app/RunEvents.h"
-#include "app/SiteCategories.h"
 #include "auctions/AuctionListCtrl.h"
-#include "net/SiteProfile.h"
+#include "base/RunEvents.h"
+#include "sites/SiteCategories.h"
+#include "sites/SiteProfile.h"
 
 namespace gavelscope::auctions {
 
@@ -17,8 +17,8 @@ namespace gavelscope::auctions {
 // fetches nothing itself, so after a refresh it starts at once from the start-up's page.
 class CAuctionThread {
  public:
-  CAuctionThread(net::Site site, const net::Profile& profile, const app::SiteCategories& categories,
-                 CAuctionListCtrl& list, app::IRunEvents& events);
+  CAuctionThread(sites::Site site, const sites::Profile& profile, const sites::SiteCategories& categories,
+                 CAuctionListCtrl& list, base::IRunEvents& events);
 
   // The whole job, then the completion report. A stop request ends the wait.
   void Run(std::stop_token stop);
@@ -26,23 +26,23 @@ class CAuctionThread {
  private:
   std::string m_listingHost;
   std::string m_domainSuffix;
-  const app::SiteCategories& m_categories;
+  const sites::SiteCategories& m_categories;
   CAuctionListCtrl& m_list;
-  app::IRunEvents& m_events;
+  base::IRunEvents& m_events;
 };
 
 class CAuctionThreadUSA : public CAuctionThread {
  public:
-  CAuctionThreadUSA(const net::Profile& profile, const app::SiteCategories& categories, CAuctionListCtrl& list,
-                    app::IRunEvents& events)
-      : CAuctionThread(net::Site::USA, profile, categories, list, events) {}
+  CAuctionThreadUSA(const sites::Profile& profile, const sites::SiteCategories& categories, CAuctionListCtrl& list,
+                    base::IRunEvents& events)
+      : CAuctionThread(sites::Site::USA, profile, categories, list, events) {}
 };
 
 class CAuctionThreadUK : public CAuctionThread {
  public:
-  CAuctionThreadUK(const net::Profile& profile, const app::SiteCategories& categories, CAuctionListCtrl& list,
-                   app::IRunEvents& events)
-      : CAuctionThread(net::Site::UK, profile, categories, list, events) {}
+  CAuctionThreadUK(const sites::Profile& profile, const sites::SiteCategories& categories, CAuctionListCtrl& list,
+                   base::IRunEvents& events)
+      : CAuctionThread(sites::Site::UK, profile, categories, list, events) {}
 };
 
 }  // namespace gavelscope::auctions

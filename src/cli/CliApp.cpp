@@ -10,11 +10,11 @@
 
 #include "app/BrowserLauncher.h"
 #include "app/HeadlessMainView.h"
-#include "app/ListCommands.h"
 #include "app/RunController.h"
 #include "app/Startup.h"
 #include "app/UserFolders.h"
-#include "app/UserMessages.h"
+#include "base/ListCommands.h"
+#include "base/UserMessages.h"
 #include "query/QueryFile.h"
 #include "query/RunSetup.h"
 
@@ -59,12 +59,12 @@ constexpr const char* kUsage =
 constexpr const char* kVersion = "gavelscope-cli 2.0\n";
 
 // The CLI tells the user what the window would put in a message box, on stderr.
-class StderrMessages : public app::IUserMessages {
+class StderrMessages : public base::IUserMessages {
  public:
   explicit StderrMessages(std::ostream& err) : m_err(err) {}
-  app::MessageReply Show(const app::UserMessage& message) override {
+  base::MessageReply Show(const base::UserMessage& message) override {
     m_err << message.text << '\n';
-    return message.buttons == app::MessageButtons::YesNo ? app::MessageReply::Yes : app::MessageReply::Ok;
+    return message.buttons == base::MessageButtons::YesNo ? base::MessageReply::Yes : base::MessageReply::Ok;
   }
 
  private:
@@ -113,8 +113,8 @@ bool ValidConnectTo(const std::string& mapping) {
   return colons >= 3;
 }
 
-int PrintCategories(app::CRunController& controller, net::Site site, std::stop_token stop, std::ostream& out) {
-  app::SiteCategories& categories = controller.Categories(site);
+int PrintCategories(app::CRunController& controller, sites::Site site, std::stop_token stop, std::ostream& out) {
+  sites::SiteCategories& categories = controller.Categories(site);
   if (!categories.ready.Wait(stop)) return kExitFailure;
   for (std::size_t i = 0; i < categories.arrCategoryNames.size(); ++i) {
     out << categories.arrCategoryNames[i] << '\t' << categories.arrCategoryLinks[i] << '\n';
@@ -135,10 +135,10 @@ keywords::TreeItem FindItem(const keywords::CCategoryTree& tree, const std::stri
 }
 
 // The export goes to stdout, or to the file, after which the user is told it is done.
-int WriteExport(const std::string& text, const std::optional<std::filesystem::path>& file, app::IUserMessages& messages,
-                std::ostream& out, std::ostream& err) {
+int WriteExport(const std::string& text, const std::optional<std::filesystem::path>& file,
+                base::IUserMessages& messages, std::ostream& out, std::ostream& err) {
   if (file && *file != "-") {
-    const net::NetResult written = app::ExportToFile(*file, text, messages);
+    const net::NetResult written = base::ExportToFile(*file, text, messages);
     if (!written) err << "Cannot write " << file->string() << ": " << written.error << '\n';
     return written ? kExitOk : kExitFailure;
   }
@@ -148,21 +148,21 @@ int WriteExport(const std::string& text, const std::optional<std::filesystem::pa
 }
 
 int PrintAuctions(app::CRunController& controller, const CliRequest& request, std::stop_token stop,
-                  app::IUserMessages& messages, std::ostream& out, std::ostream& err) {
-  const app::Load load = request.site == net::Site::USA ? app::Load::AuctionsUSA : app::Load::AuctionsUK;
+                  base::IUserMessages& messages, std::ostream& out, std::ostream& err) {
+  const app::Load load = request.site == sites::Site::USA ? app::Load::AuctionsUSA : app::Load::AuctionsUK;
   if (!controller.LoadDone(load).Wait(stop)) return kExitFailure;
   return WriteExport(controller.AuctionList(request.site).ExportText(), request.exportFile, messages, out, err);
 }
 
 int PrintHistory(app::CRunController& controller, const CliRequest& request, std::stop_token stop,
-                 app::IUserMessages& messages, std::ostream& out, std::ostream& err) {
+                 base::IUserMessages& messages, std::ostream& out, std::ostream& err) {
   if (!controller.LoadDone(app::Load::HotItems).Wait(stop)) return kExitFailure;
   return WriteExport(controller.HotItemList(request.site).ExportText(), request.exportFile, messages, out, err);
 }
 
 int RunQuery(app::CRunController& controller, const query::CMySettings& settings, const CliRequest& request,
-             std::stop_token stop, app::IUserMessages& messages, std::ostream& out, std::ostream& err) {
-  const net::Site site = settings.m_bInternational ? net::Site::USA : net::Site::UK;
+             std::stop_token stop, base::IUserMessages& messages, std::ostream& out, std::ostream& err) {
+  const sites::Site site = settings.m_bInternational ? sites::Site::USA : sites::Site::UK;
   // The names become links once the site's categories are known, as when the dialog starts a query.
   if (!controller.Categories(site).ready.Wait(stop)) return kExitFailure;
   auto run = controller.NewQueryRun();
@@ -173,8 +173,8 @@ int RunQuery(app::CRunController& controller, const query::CMySettings& settings
 }
 
 int PrintKeywords(app::CRunController& controller, const CliRequest& request, std::stop_token stop,
-                  app::IUserMessages& messages, std::ostream& out, std::ostream& err) {
-  const app::Load load = request.site == net::Site::USA ? app::Load::KeywordsUSA : app::Load::KeywordsUK;
+                  base::IUserMessages& messages, std::ostream& out, std::ostream& err) {
+  const app::Load load = request.site == sites::Site::USA ? app::Load::KeywordsUSA : app::Load::KeywordsUK;
   if (!controller.LoadDone(load).Wait(stop)) return kExitFailure;
   keywords::CCategoryTree& tree = controller.Tree(request.site);
   if (request.item) {
@@ -231,7 +231,7 @@ std::optional<CliRequest> ParseCommandLine(const std::vector<std::string>& args,
         error = "--site is usa or uk, not \"" + value + "\"";
         return std::nullopt;
       }
-      request.site = value == "usa" ? net::Site::USA : net::Site::UK;
+      request.site = value == "usa" ? sites::Site::USA : sites::Site::UK;
       siteGiven = true;
     } else if (request.command != "categories" && request.command != "query-show" && IsOption(arg, "--export")) {
       if (!TakeValue(args, i, "--export", value, error)) return std::nullopt;
@@ -310,13 +310,13 @@ int RunCli(const std::vector<std::string>& args, const CliEnvironment& environme
   }
 
   app::ControllerConfig config;
-  config.profile = net::CompiledProfile();
+  config.profile = sites::CompiledProfile();
   config.net = environment.net;
   // Mappings given on the command line come first, so they win over the sandbox's.
   config.net.connectTo = request->connectTo;
-  std::unique_ptr<app::SandboxProcess> sandbox;
+  std::unique_ptr<standin::SandboxProcess> sandbox;
   if (request->sandbox) {
-    sandbox = app::SandboxProcess::Start(environment.sandbox, error);
+    sandbox = standin::SandboxProcess::Start(environment.sandbox, error);
     if (!sandbox) {
       err << "gavelscope-cli: cannot start the sandbox: " << error << '\n';
       return kExitFailure;
@@ -328,7 +328,7 @@ int RunCli(const std::vector<std::string>& args, const CliEnvironment& environme
   const std::stop_token stop = environment.stop;
   if (!app::ProbeConnectivity(config.profile, config.net, stop)) {
     if (stop.stop_requested()) return kExitFailure;
-    messages.Show(app::UserMessage{app::text::kNoInternet, app::text::kApplicationName});
+    messages.Show(base::UserMessage{base::text::kNoInternet, base::text::kApplicationName});
     return kExitFailure;
   }
 

@@ -10,10 +10,10 @@
 #include <string>
 #include <vector>
 
-#include "app/SandboxProcess.h"
 #include "cli/QueryOptions.h"
 #include "net/NetOptions.h"
-#include "net/SiteProfile.h"
+#include "sites/SiteProfile.h"
+#include "standin/SandboxProcess.h"
 
 namespace gavelscope::cli {
 
@@ -27,7 +27,7 @@ struct CliRequest {
   bool help = false;
   bool version = false;
   std::string command;
-  net::Site site = net::Site::USA;
+  sites::Site site = sites::Site::USA;
   std::optional<std::filesystem::path> exportFile;  // write the export here; "-" is standard output
   std::optional<std::string> item;                  // keywords: show this tree item's keywords
   std::optional<std::filesystem::path> queryFile;   // query, query-show: the query file to read
@@ -38,8 +38,8 @@ struct CliRequest {
 std::optional<CliRequest> ParseCommandLine(const std::vector<std::string>& args, std::string& error);
 
 struct CliEnvironment {
-  app::SandboxOptions sandbox;  // how --sandbox starts the stand-in sites
-  net::NetOptions net;          // limits of every transfer; the command line adds its mappings
+  standin::SandboxOptions sandbox;                     // how --sandbox starts the stand-in sites
+  net::NetOptions net;                                 // limits of every transfer; the command line adds its mappings
   std::chrono::milliseconds queryPollInterval{15000};  // how often a query run looks at its jobs
   // A stop request (Ctrl-C, SIGTERM) ends the command through the same path as its normal end.
   std::stop_token stop;

@@ -5,34 +5,26 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "net/TextHelpers.h"
+#include "base/TextHelpers.h"
 
 namespace gavelscope::hotitems {
 
 namespace {
 
 constexpr std::string_view kSeparator = "~|~";
-constexpr std::string_view kWhiteSpace = " \t\r\n\v\f";
 
 }  // namespace
 
-std::string_view TrimWhiteSpace(std::string_view text) {
-  const auto first = text.find_first_not_of(kWhiteSpace);
-  if (first == std::string_view::npos) return {};
-  const auto last = text.find_last_not_of(kWhiteSpace);
-  return text.substr(first, last - first + 1);
-}
-
 void CHotItemRecord::SetEnding(std::string_view ending) {
-  m_ending = std::string(TrimWhiteSpace(ending));
+  m_ending = std::string(base::TrimWhiteSpace(ending));
 }
 
 CHotItemRecord ParseHistoryLine(std::string_view line) {
   std::string fields[5];
   int start = 0;
   for (std::string& field : fields) {
-    const int end = net::Find(line, kSeparator, start);
-    field = net::ExtractBetween(line, start, end);
+    const int end = base::Find(line, kSeparator, start);
+    field = base::ExtractBetween(line, start, end);
     // A missing separator makes every later search start from -1, which finds nothing.
     start = end == -1 ? -1 : end + static_cast<int>(kSeparator.size());
   }

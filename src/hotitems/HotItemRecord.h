@@ -52,7 +52,5 @@ std::string FormatHistoryLine(const CHotItemRecord& record, const CalendarDate& 
 bool IsSiteUK(const CHotItemRecord& record);
 // Only items with more than 30 bids go into the shared history.
 bool IsHistoryWorthy(const CHotItemRecord& record);
-// White space at both ends removed (space, tab, CR, LF, vertical tab, form feed).
-std::string_view TrimWhiteSpace(std::string_view text);
 
 }  // namespace gavelscope::hotitems

@@ -10,7 +10,7 @@
 #include <cstring>
 #include <vector>
 
-#include "net/TextHelpers.h"
+#include "base/TextHelpers.h"
 
 namespace gavelscope::hotitems {
 
@@ -139,17 +139,17 @@ int CompareDate(std::string_view a, std::string_view b, DateOrder order) {
 long TimeLeftSeconds(std::string_view s) {
   long total = 0;
   int start = 0;
-  if (const int d = net::Find(s, "D", 0); d != -1) {
+  if (const int d = base::Find(s, "D", 0); d != -1) {
     total = LeadingCount(s) * 86400;
     start = d + 2;
   }
   int next = 0;
-  if (const int h = net::Find(s, "H", 0); h != -1) {
-    total += 3600 * LeadingCount(net::ExtractBetween(s, start, h));
+  if (const int h = base::Find(s, "H", 0); h != -1) {
+    total += 3600 * LeadingCount(base::ExtractBetween(s, start, h));
     next = h + 2;
   }
-  if (const int m = net::Find(s, "M", 0); m != -1) {
-    total += 60 * LeadingCount(net::ExtractBetween(s, next, m));
+  if (const int m = base::Find(s, "M", 0); m != -1) {
+    total += 60 * LeadingCount(base::ExtractBetween(s, next, m));
   }
   return total;
 }

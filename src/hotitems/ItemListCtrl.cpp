@@ -6,8 +6,9 @@
 #include <numeric>
 #include <optional>
 
-#include "app/ListCommands.h"
-#include "net/TextHelpers.h"
+#include "base/ListCommands.h"
+#include "base/TextHelpers.h"
+#include "sites/ItemPage.h"
 
 namespace gavelscope::hotitems {
 
@@ -45,32 +46,8 @@ int CompareDates(const SortKey& a, const SortKey& b) {
 
 }  // namespace
 
-std::string LinkedPageUrl(std::string_view page, LinkedPage which, ItemListVariant variant) {
-  static constexpr std::string_view kAnchor = "<a href=";
-  int a = -1;
-  if (which == LinkedPage::BidHistory) {
-    const int p = net::Find(page, "History", 0);
-    if (p == -1) return {};
-    a = net::Find(page, kAnchor, p);
-  } else {
-    const std::string_view marker =
-        which == LinkedPage::SellersOtherItems ? "<b>View seller's other items</b>" : "Read feedback comments";
-    const int p = net::Find(page, marker, 0);
-    if (p == -1) return {};
-    // Only the anchor's '<' is looked for: the last tag opening before the marker.
-    a = net::LastIndexOfCharBefore(page, kAnchor, p);
-  }
-  if (a == -1) return {};
-  const int e = net::Find(page, ">", a);
-  if (e == -1) return {};
-  std::string link = net::ExtractBetween(page, a + 9, e - 1);
-  net::ReplaceAll(link, "amp;", "");
-  if (variant == ItemListVariant::HistoryUK) net::ReplaceAll(link, ".com", ".co.uk");
-  return link;
-}
-
-CItemListCtrl::CItemListCtrl(ItemListVariant variant, app::IBrowser& browser, app::IUserMessages& messages,
-                             app::IPageSource& pages, DateOrder dateOrder)
+CItemListCtrl::CItemListCtrl(ItemListVariant variant, base::IBrowser& browser, base::IUserMessages& messages,
+                             base::IPageSource& pages, DateOrder dateOrder)
     : m_variant(variant), m_browser(browser), m_messages(messages), m_pages(pages), m_dateOrder(dateOrder) {}
 
 CItemListCtrl::~CItemListCtrl() {
@@ -180,7 +157,7 @@ void CItemListCtrl::SortItems(int column, bool ascending) {
     std::vector<SortKey> keys(m_rows.size());
     for (std::size_t i = 0; i < m_rows.size(); ++i) {
       SortKey& key = keys[i];
-      key.text = std::string(TrimWhiteSpace(m_rows[i].texts[static_cast<std::size_t>(column)]));
+      key.text = std::string(base::TrimWhiteSpace(m_rows[i].texts[static_cast<std::size_t>(column)]));
       if (query) UpperCase(key.text);
       if (column == kDateColumn && query) {
         key.number = static_cast<double>(TimeLeftSeconds(key.text));
@@ -188,15 +165,15 @@ void CItemListCtrl::SortItems(int column, bool ascending) {
       }
       if (column == kPriceColumn) {
         if (query) {
-          for (std::string_view mark : kQueryPriceMarks) net::ReplaceAll(key.text, mark, "");
-          key.text = std::string(TrimWhiteSpace(key.text));
+          for (std::string_view mark : kQueryPriceMarks) base::ReplaceAll(key.text, mark, "");
+          key.text = std::string(base::TrimWhiteSpace(key.text));
         } else {
-          for (std::string_view mark : kHistoryPriceMarks) net::ReplaceAll(key.text, mark, "");
+          for (std::string_view mark : kHistoryPriceMarks) base::ReplaceAll(key.text, mark, "");
         }
         key.number = LeadingNumber(key.text);
         continue;
       }
-      if (column == kBidsColumn) net::ReplaceAll(key.text, "-", "0");
+      if (column == kBidsColumn) base::ReplaceAll(key.text, "-", "0");
       key.number = LeadingNumber(key.text);
       key.isNumber = IsNumberText(key.text);
       key.date = ParseDateText(key.text, m_dateOrder);
@@ -240,7 +217,7 @@ void CItemListCtrl::SetSelectionMark(int row) {
 void CItemListCtrl::FindNext(std::string_view word) {
   const auto rowCount = [this] { return m_rows.size(); };
   const auto textOf = [this](std::size_t row) { return m_rows[row].texts[kTitleColumn]; };
-  if (app::FindNextAndMark(m_mutex, m_mark, word, rowCount, textOf, m_messages)) NotifyChanged();
+  if (base::FindNextAndMark(m_mutex, m_mark, word, rowCount, textOf, m_messages)) NotifyChanged();
 }
 
 std::string CItemListCtrl::ExportText() const {
@@ -256,11 +233,11 @@ std::string CItemListCtrl::ExportText() const {
 }
 
 net::NetResult CItemListCtrl::ExportList(const std::filesystem::path& file) {
-  return app::ExportToFile(file, ExportText(), m_messages);
+  return base::ExportToFile(file, ExportText(), m_messages);
 }
 
 std::string CItemListCtrl::SiteLink(std::string link) const {
-  if (m_variant == ItemListVariant::HistoryUK) net::ReplaceAll(link, ".com", ".co.uk");
+  if (m_variant == ItemListVariant::HistoryUK) base::ReplaceAll(link, ".com", ".co.uk");
   return link;
 }
 
@@ -269,14 +246,14 @@ void CItemListCtrl::OpenItemPage() {
   if (record) m_browser.OpenUrlInBrowser(SiteLink(record->GetItemLink()));
 }
 
-void CItemListCtrl::OpenLinkedPage(LinkedPage which) {
+void CItemListCtrl::OpenLinkedPage(sites::LinkedPage which) {
   // The link is taken now: the row may be cleared before the worker runs.
   const RecordPtr record = GetItemData(GetSelectionMark());
   if (!record) return;
   m_workers.Start([this, which, itemLink = record->GetItemLink()](std::stop_token stop) {
     const std::string page = m_pages.GetPageText(itemLink, stop);
     if (stop.stop_requested()) return;
-    const std::string link = LinkedPageUrl(page, which, m_variant);
+    const std::string link = sites::LinkedPageUrl(page, which, m_variant == ItemListVariant::HistoryUK);
     if (!link.empty()) m_browser.OpenUrlInBrowser(link);
   });
 }

@@ -10,30 +10,24 @@
 #include <string_view>
 #include <vector>
 
-#include "app/Browser.h"
-#include "app/ObservableControl.h"
-#include "app/PageSource.h"
-#include "app/ThreadOwner.h"
-#include "app/UserMessages.h"
+#include "base/Browser.h"
+#include "base/ObservableControl.h"
+#include "base/PageSource.h"
+#include "base/ThreadOwner.h"
+#include "base/UserMessages.h"
 #include "hotitems/HotItemRecord.h"
 #include "hotitems/ItemCompare.h"
 #include "net/NetOptions.h"
+#include "sites/ItemPage.h"
 
 namespace gavelscope::hotitems {
 
 enum class ItemListVariant { HistoryUK, HistoryUSA, QueryResults };
 
-// The pages an item page links to, as its context menu offers them.
-enum class LinkedPage { BidHistory, SellersOtherItems, SellerFeedback };
-
-// The address of a linked page found on an item page; empty when the marker, the link or its end is
-// missing, in which case nothing is to be opened.
-std::string LinkedPageUrl(std::string_view itemPage, LinkedPage which, ItemListVariant variant);
-
 // A list of hot items, headless: rows of four texts (date ended or time left, title, price, bids)
 // with their records, the sort column and order its header remembers, the selection mark, and every
 // command the view offers. Safe to call from any thread.
-class CItemListCtrl : public app::ObservableControl {
+class CItemListCtrl : public base::ObservableControl {
  public:
   static constexpr int kColumnCount = 4;
   using RecordPtr = std::shared_ptr<CHotItemRecord>;
@@ -43,8 +37,8 @@ class CItemListCtrl : public app::ObservableControl {
     RecordPtr data;                  // the row's record, once attached
   };
 
-  CItemListCtrl(ItemListVariant variant, app::IBrowser& browser, app::IUserMessages& messages, app::IPageSource& pages,
-                DateOrder dateOrder);
+  CItemListCtrl(ItemListVariant variant, base::IBrowser& browser, base::IUserMessages& messages,
+                base::IPageSource& pages, DateOrder dateOrder);
   ~CItemListCtrl();
 
   ItemListVariant variant() const { return m_variant; }
@@ -78,7 +72,7 @@ class CItemListCtrl : public app::ObservableControl {
 
   // The marked row's item page, or a page linked from it (fetched on a worker thread).
   void OpenItemPage();
-  void OpenLinkedPage(LinkedPage which);
+  void OpenLinkedPage(sites::LinkedPage which);
   // A right click on a row (-1: none) selects it; true when the menu is to be shown.
   bool ContextMenuAt(int row);
   // Stops and joins the linked-page workers.
@@ -88,9 +82,9 @@ class CItemListCtrl : public app::ObservableControl {
   std::string SiteLink(std::string link) const;
 
   const ItemListVariant m_variant;
-  app::IBrowser& m_browser;
-  app::IUserMessages& m_messages;
-  app::IPageSource& m_pages;
+  base::IBrowser& m_browser;
+  base::IUserMessages& m_messages;
+  base::IPageSource& m_pages;
   const DateOrder m_dateOrder;
 
   mutable std::mutex m_mutex;
@@ -100,7 +94,7 @@ class CItemListCtrl : public app::ObservableControl {
   int m_mark = -1;
   int m_nSortColumn = -1;
   bool m_bSortAscending = true;
-  app::ThreadOwner m_workers;
+  base::ThreadOwner m_workers;
 };
 
 }  // namespace gavelscope::hotitems

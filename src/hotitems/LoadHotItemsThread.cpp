@@ -4,9 +4,9 @@
 
 #include <chrono>
 
-#include "app/Pause.h"
+#include "base/Files.h"
+#include "base/Pause.h"
 #include "hotitems/HotItemRecord.h"
-#include "net/Files.h"
 #include "net/FtpClient.h"
 
 namespace gavelscope::hotitems {
@@ -17,7 +17,7 @@ constexpr int kBidsColumn = 3;
 
 }  // namespace
 
-CLoadHotItemsThread::CLoadHotItemsThread(const net::Profile& profile, net::NetOptions options,
+CLoadHotItemsThread::CLoadHotItemsThread(const sites::Profile& profile, net::NetOptions options,
                                          std::filesystem::path folder, Targets targets)
     : m_account(profile.vendor.ftp),
       m_fileName(profile.vendor.historyFileName),
@@ -49,7 +49,7 @@ bool CLoadHotItemsThread::Download(std::stop_token stop) {
     // A file over the size limit would be just as large the next time.
     if (got.overLimit || attempt == kMaxAttempts) break;
     if (std::chrono::steady_clock::now() + m_retryPause >= deadline) break;
-    if (!app::PauseUnlessStopped(m_retryPause, stop)) break;
+    if (!base::PauseUnlessStopped(m_retryPause, stop)) break;
   }
   return false;
 }
@@ -57,7 +57,7 @@ bool CLoadHotItemsThread::Download(std::stop_token stop) {
 void CLoadHotItemsThread::Fill(std::stop_token stop) {
   int rowCounter = 0;
   // A line too long, or a read that fails, ends the reading; the rows read so far stay.
-  net::ReadLines(m_localFile, m_options.maxLineBytes, [&](std::string_view line) {
+  base::ReadLines(m_localFile, m_options.maxLineBytes, [&](std::string_view line) {
     if (stop.stop_requested() || static_cast<std::size_t>(rowCounter) >= net::limits::kMaxHistoryRows) return false;
     if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
     AddHistoryLine(line, rowCounter++, m_targets.listUSA, m_targets.listUK);
@@ -65,7 +65,8 @@ void CLoadHotItemsThread::Fill(std::stop_token stop) {
   });
 }
 
-CItemListCtrl::RecordPtr AddHistoryLine(std::string_view line, int rowCounter, CItemListCtrl& listUSA, CItemListCtrl& listUK) {
+CItemListCtrl::RecordPtr AddHistoryLine(std::string_view line, int rowCounter, CItemListCtrl& listUSA,
+                                        CItemListCtrl& listUK) {
   auto record = std::make_shared<CHotItemRecord>(ParseHistoryLine(line));
   CItemListCtrl& list = IsSiteUK(*record) ? listUK : listUSA;
   const int row = list.InsertItem(rowCounter, record->GetEnding());

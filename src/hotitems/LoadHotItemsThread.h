@@ -7,17 +7,18 @@
 #include <stop_token>
 #include <string_view>
 
-#include "app/RunEvents.h"
+#include "base/RunEvents.h"
 #include "hotitems/ItemListCtrl.h"
 #include "net/NetOptions.h"
-#include "net/SiteProfile.h"
+#include "sites/SiteProfile.h"
 
 namespace gavelscope::hotitems {
 
 // Adds one line of the history file to the list of its site as row `rowCounter` and returns its
 // record. The counter runs over both lists, so each list is asked for a row beyond its end and keeps
 // the file's order.
-CItemListCtrl::RecordPtr AddHistoryLine(std::string_view line, int rowCounter, CItemListCtrl& listUSA, CItemListCtrl& listUK);
+CItemListCtrl::RecordPtr AddHistoryLine(std::string_view line, int rowCounter, CItemListCtrl& listUSA,
+                                        CItemListCtrl& listUK);
 
 // Downloads the shared hot item history from the vendor's FTP server into the per-user folder and
 // fills the two history lists from it, each in file order, then sorted by bids. The download is tried
@@ -31,10 +32,10 @@ class CLoadHotItemsThread {
   struct Targets {
     CItemListCtrl& listUSA;
     CItemListCtrl& listUK;
-    app::IRunEvents& events;
+    base::IRunEvents& events;
   };
 
-  CLoadHotItemsThread(const net::Profile& profile, net::NetOptions options, std::filesystem::path folder,
+  CLoadHotItemsThread(const sites::Profile& profile, net::NetOptions options, std::filesystem::path folder,
                       Targets targets);
 
   void SetRetryPause(std::chrono::milliseconds pause) { m_retryPause = pause; }

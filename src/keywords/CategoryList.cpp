@@ -2,13 +2,13 @@
 // Copyright 2026 The Gavelscope developers
 #include "keywords/CategoryList.h"
 
+#include "base/TextHelpers.h"
 #include "net/NetOptions.h"
-#include "net/TextHelpers.h"
 
 namespace gavelscope::keywords {
 
-using net::ExtractBetween;
-using net::Find;
+using base::ExtractBetween;
+using base::Find;
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include <set>
 
-#include "app/ListCommands.h"
+#include "base/ListCommands.h"
 #include "keywords/KeywordListCtrl.h"
 
 namespace gavelscope::keywords {
@@ -37,8 +37,8 @@ FontDescription SubCategoryFont() {
   return font;
 }
 
-CCategoryTree::CCategoryTree(int siteFlag, CKeywordListCtrl& keywordList, app::IBrowser& browser,
-                             app::IUserMessages& messages)
+CCategoryTree::CCategoryTree(int siteFlag, CKeywordListCtrl& keywordList, base::IBrowser& browser,
+                             base::IUserMessages& messages)
     : m_siteFlag(siteFlag), m_keywordList(keywordList), m_browser(browser), m_messages(messages) {}
 
 const CCategoryTree::Node* CCategoryTree::FindLocked(TreeItem item) const {
@@ -249,7 +249,7 @@ std::string CCategoryTree::Top100ExportText() const {
 }
 
 net::NetResult CCategoryTree::ExportTop100(const std::filesystem::path& file) {
-  return app::ExportToFile(file, Top100ExportText(), m_messages);
+  return base::ExportToFile(file, Top100ExportText(), m_messages);
 }
 
 void CCategoryTree::OnItemClicked(TreeItem item) {
@@ -257,10 +257,10 @@ void CCategoryTree::OnItemClicked(TreeItem item) {
   ShowKeywords(GetSelectedItem());
 }
 
-void CCategoryTree::OpenView(net::ListingView view) {
+void CCategoryTree::OpenView(sites::ListingView view) {
   const std::shared_ptr<const KeywordArray> array = GetItemData(GetSelectedItem());
   if (!array || array->empty()) return;
-  m_browser.OpenUrlInBrowser(net::ViewLink(array->front()->GetListingLink(), view));
+  m_browser.OpenUrlInBrowser(sites::ViewLink(array->front()->GetListingLink(), view));
 }
 
 std::array<bool, 4> CCategoryTree::ContextMenuFor(TreeItem item) {

@@ -12,12 +12,12 @@
 #include <string_view>
 #include <vector>
 
-#include "app/Browser.h"
-#include "app/ObservableControl.h"
-#include "app/UserMessages.h"
+#include "base/Browser.h"
+#include "base/ObservableControl.h"
+#include "base/UserMessages.h"
 #include "keywords/KeyWordRecord.h"
-#include "net/ListingLinks.h"
 #include "net/NetOptions.h"
+#include "sites/ListingLinks.h"
 
 namespace gavelscope::keywords {
 
@@ -67,18 +67,19 @@ struct ColorFont {
 };
 
 // The view entries of the tree's context menu, in menu order.
-inline constexpr std::array<net::ListingView, 4> kMenuViews{net::ListingView::Current, net::ListingView::NewToday,
-                                                            net::ListingView::EndingToday, net::ListingView::GoingGone};
+inline constexpr std::array<sites::ListingView, 4> kMenuViews{sites::ListingView::Current, sites::ListingView::NewToday,
+                                                              sites::ListingView::EndingToday,
+                                                              sites::ListingView::GoingGone};
 
 // The category tree of one Site, headless: the "Top 100 Keywords" item, the categories and their
 // sub-categories, each with its keyword array as item data, its colour and font, and every
 // operation the tree view offers. Safe to call from any thread; a keyword thread fills it while
 // the window may draw it.
-class CCategoryTree : public app::ObservableControl {
+class CCategoryTree : public base::ObservableControl {
  public:
   // siteFlag: 0 for the UK tree, 1 for the USA tree. The tree feeds `keywordList` and opens pages
   // through `browser`.
-  CCategoryTree(int siteFlag, CKeywordListCtrl& keywordList, app::IBrowser& browser, app::IUserMessages& messages);
+  CCategoryTree(int siteFlag, CKeywordListCtrl& keywordList, base::IBrowser& browser, base::IUserMessages& messages);
 
   int siteFlag() const { return m_siteFlag; }
 
@@ -118,8 +119,8 @@ class CCategoryTree : public app::ObservableControl {
   // User actions.
   void OnItemClicked(TreeItem item);
   // The selected item's entry-0 listing page, in the given view; nothing without keywords.
-  void OpenView(net::ListingView view);
-  void OnDoubleClick() { OpenView(net::ListingView::Current); }
+  void OpenView(sites::ListingView view);
+  void OnDoubleClick() { OpenView(sites::ListingView::Current); }
   // A right click: selects and shows the hit item and tells which menu entries are enabled (a
   // category or "Top 100 Keywords" offers only the current view). No item hit: no menu.
   std::array<bool, 4> ContextMenuFor(TreeItem item);
@@ -138,8 +139,8 @@ class CCategoryTree : public app::ObservableControl {
 
   const int m_siteFlag;
   CKeywordListCtrl& m_keywordList;
-  app::IBrowser& m_browser;
-  app::IUserMessages& m_messages;
+  base::IBrowser& m_browser;
+  base::IUserMessages& m_messages;
 
   mutable std::mutex m_mutex;
   std::vector<Node> m_nodes;  // handle h is m_nodes[h - 1]

@@ -2,14 +2,15 @@
 // Copyright 2026 The Gavelscope developers
 #include "keywords/KeyWordsThread.h"
 
-#include "app/Pause.h"
+#include "base/Pause.h"
 #include "keywords/CategoryList.h"
 #include "net/Session.h"
 #include "net/TextFeed.h"
 
 namespace gavelscope::keywords {
 
-CKeyWordsThread::CKeyWordsThread(net::Site site, const net::Profile& profile, net::NetOptions options, Targets targets)
+CKeyWordsThread::CKeyWordsThread(sites::Site site, const sites::Profile& profile, net::NetOptions options,
+                                 Targets targets)
     : m_site(site),
       m_listUrl(profile.vendor.webServer + profile.site(site).categoryListPath),
       m_options(std::move(options)),
@@ -32,7 +33,7 @@ void CKeyWordsThread::Load(std::stop_token stop) {
     for (std::string line; !stop.stop_requested() && opened.feed->ReadLine(line);) {
       const LineEffect effect = ParseCategoryLine(tree, line, state);
       if (effect.category) m_targets.events.StepProgress();
-      if (effect.category || effect.subcategory) app::PauseUnlessStopped(m_linePause, stop);
+      if (effect.category || effect.subcategory) base::PauseUnlessStopped(m_linePause, stop);
     }
   }
   opened.feed.reset();

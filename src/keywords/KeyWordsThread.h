@@ -6,11 +6,11 @@
 #include <stop_token>
 #include <string>
 
-#include "app/RunEvents.h"
+#include "base/RunEvents.h"
 #include "keywords/CategoryTree.h"
 #include "keywords/KeywordListCtrl.h"
 #include "net/NetOptions.h"
-#include "net/SiteProfile.h"
+#include "sites/SiteProfile.h"
 
 namespace gavelscope::keywords {
 
@@ -22,10 +22,10 @@ class CKeyWordsThread {
   struct Targets {
     CCategoryTree& tree;
     CKeywordListCtrl& keywordList;
-    app::IRunEvents& events;
+    base::IRunEvents& events;
   };
 
-  CKeyWordsThread(net::Site site, const net::Profile& profile, net::NetOptions options, Targets targets);
+  CKeyWordsThread(sites::Site site, const sites::Profile& profile, net::NetOptions options, Targets targets);
 
   // The pause after each category and sub-category line, which lets the window keep up.
   void SetLinePause(std::chrono::milliseconds pause) { m_linePause = pause; }
@@ -33,13 +33,13 @@ class CKeyWordsThread {
   // The whole job, then the completion report. A stop request ends the reading early.
   void Run(std::stop_token stop);
 
-  net::Site site() const { return m_site; }
+  sites::Site site() const { return m_site; }
   const std::string& listUrl() const { return m_listUrl; }
 
  private:
   void Load(std::stop_token stop);
 
-  net::Site m_site;
+  sites::Site m_site;
   std::string m_listUrl;
   net::NetOptions m_options;
   Targets m_targets;
@@ -48,14 +48,14 @@ class CKeyWordsThread {
 
 class CKeyWordsThreadUK : public CKeyWordsThread {
  public:
-  CKeyWordsThreadUK(const net::Profile& profile, net::NetOptions options, Targets targets)
-      : CKeyWordsThread(net::Site::UK, profile, std::move(options), targets) {}
+  CKeyWordsThreadUK(const sites::Profile& profile, net::NetOptions options, Targets targets)
+      : CKeyWordsThread(sites::Site::UK, profile, std::move(options), targets) {}
 };
 
 class CKeyWordsThreadUSA : public CKeyWordsThread {
  public:
-  CKeyWordsThreadUSA(const net::Profile& profile, net::NetOptions options, Targets targets)
-      : CKeyWordsThread(net::Site::USA, profile, std::move(options), targets) {}
+  CKeyWordsThreadUSA(const sites::Profile& profile, net::NetOptions options, Targets targets)
+      : CKeyWordsThread(sites::Site::USA, profile, std::move(options), targets) {}
 };
 
 }  // namespace gavelscope::keywords

@@ -2,7 +2,7 @@
 // Copyright 2026 The Gavelscope developers
 #include "keywords/KeywordListCtrl.h"
 
-#include "app/ListCommands.h"
+#include "base/ListCommands.h"
 
 namespace gavelscope::keywords {
 
@@ -21,7 +21,7 @@ std::string SortedLink(std::string_view searchLink, SortOrder order) {
   return link;
 }
 
-CKeywordListCtrl::CKeywordListCtrl(app::IBrowser& browser, app::IUserMessages& messages)
+CKeywordListCtrl::CKeywordListCtrl(base::IBrowser& browser, base::IUserMessages& messages)
     : m_browser(browser), m_messages(messages) {}
 
 void CKeywordListCtrl::Fill(const KeywordArray& array) {
@@ -68,7 +68,7 @@ void CKeywordListCtrl::SetSelectionMark(int row) {
 void CKeywordListCtrl::FindNext(std::string_view word) {
   const auto rowCount = [this] { return m_rows.size(); };
   const auto textOf = [this](std::size_t row) { return m_rows[row]->GetKeyword(); };
-  if (app::FindNextAndMark(m_mutex, m_mark, word, rowCount, textOf, m_messages)) NotifyChanged();
+  if (base::FindNextAndMark(m_mutex, m_mark, word, rowCount, textOf, m_messages)) NotifyChanged();
 }
 
 KeywordRecordPtr CKeywordListCtrl::MarkedRecord() const {

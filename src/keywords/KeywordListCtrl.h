@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "app/Browser.h"
-#include "app/ObservableControl.h"
-#include "app/UserMessages.h"
+#include "base/Browser.h"
+#include "base/ObservableControl.h"
+#include "base/UserMessages.h"
 #include "keywords/KeyWordRecord.h"
 
 namespace gavelscope::keywords {
@@ -25,9 +25,9 @@ std::string SortedLink(std::string_view searchLink, SortOrder order);
 
 // The keyword list of one Site, headless: one row per keyword record, with the selection mark, the
 // search, and the pages a row opens. The rows share the records with the category tree.
-class CKeywordListCtrl : public app::ObservableControl {
+class CKeywordListCtrl : public base::ObservableControl {
  public:
-  CKeywordListCtrl(app::IBrowser& browser, app::IUserMessages& messages);
+  CKeywordListCtrl(base::IBrowser& browser, base::IUserMessages& messages);
 
   // Replaces the rows with the array's records, in array order.
   void Fill(const KeywordArray& array);
@@ -52,8 +52,8 @@ class CKeywordListCtrl : public app::ObservableControl {
  private:
   KeywordRecordPtr MarkedRecord() const;
 
-  app::IBrowser& m_browser;
-  app::IUserMessages& m_messages;
+  base::IBrowser& m_browser;
+  base::IUserMessages& m_messages;
   mutable std::mutex m_mutex;
   KeywordArray m_rows;
   int m_mark = -1;

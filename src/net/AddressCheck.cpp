@@ -65,12 +65,4 @@ bool IsAddressUnderDomain(std::string_view url, std::string_view domainSuffix) {
          actual->ends_with(LowerCase(domainSuffix));
 }
 
-bool IsListingPageAddress(std::string_view url, const SiteConfig& site) {
-  return IsAddressOnHost(url, site.listingHost);
-}
-
-bool IsSiteAddress(std::string_view url, const Profile& profile) {
-  return IsAddressUnderDomain(url, profile.usa.domainSuffix) || IsAddressUnderDomain(url, profile.uk.domainSuffix);
-}
-
 }  // namespace gavelscope::net

@@ -4,8 +4,6 @@
 
 #include <string_view>
 
-#include "net/SiteProfile.h"
-
 namespace gavelscope::net {
 
 // Addresses put together from page text are only as honest as the page. Before one is fetched it
@@ -17,10 +15,5 @@ namespace gavelscope::net {
 bool IsAddressOnHost(std::string_view url, std::string_view host);
 // True when `url` may be fetched and its host ends with one of the domain suffixes (".ebay.com").
 bool IsAddressUnderDomain(std::string_view url, std::string_view domainSuffix);
-
-// A listing page of `site`: on its listing host.
-bool IsListingPageAddress(std::string_view url, const SiteConfig& site);
-// A page of either site (a listing home page, an item page): under the USA or the UK domain.
-bool IsSiteAddress(std::string_view url, const Profile& profile);
 
 }  // namespace gavelscope::net

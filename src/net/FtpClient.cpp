@@ -4,7 +4,7 @@
 
 #include <cstdio>
 
-#include "net/Files.h"
+#include "base/Files.h"
 #include "net/Session.h"
 #include "net/Transfer.h"
 
@@ -49,7 +49,7 @@ NetResult FtpClient::Connect(std::stop_token stop, std::optional<Deadline> deadl
 NetResult FtpClient::GetFile(std::string_view remoteName, const std::filesystem::path& local, std::stop_token stop,
                              std::optional<Deadline> deadline) {
   NetResult opened;
-  const std::unique_ptr<FileWriter> file = FileWriter::Open(local, opened);
+  const std::unique_ptr<base::FileWriter> file = base::FileWriter::Open(local, opened);
   if (!file) return opened;
   Transfer transfer(m_session, UrlFor(remoteName), std::move(stop));
   Configure(transfer, m_account);

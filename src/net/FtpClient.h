@@ -2,8 +2,8 @@
 // Copyright 2026 The Gavelscope developers
 #pragma once
 
-#include <filesystem>
 #include <chrono>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -11,11 +11,17 @@
 #include <string_view>
 
 #include "net/NetOptions.h"
-#include "net/SiteProfile.h"
 
 namespace gavelscope::net {
 
 class Session;
+
+struct FtpAccount {
+  std::string host;
+  int port = 21;
+  std::string user;
+  std::string password;
+};
 
 // The vendor's FTP server, always in active mode (the server connects back to us). Downloads are
 // binary, uploads ASCII. One client keeps its control connection alive across its calls; a client

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "base/Outcome.h"
+
 // Every bound the programs put on what comes from outside, in one place with its reason. Pages,
 // lists and files come from servers that are not ours, and query files from wherever the user found
 // them: each has a size, a time and a count limit, and going over one is an ordinary failure of that
@@ -82,14 +84,6 @@ inline constexpr std::chrono::milliseconds kMinBannerFetchInterval{1000};
 
 }  // namespace limits
 
-// A plain outcome that crosses threads: success, or the reason it failed.
-struct NetResult {
-  bool ok = false;
-  std::string error;
-  // The answer went over a size limit: trying again would only fetch the same too much.
-  bool overLimit = false;
-
-  explicit operator bool() const { return ok; }
-};
+using NetResult = base::Outcome;
 
 }  // namespace gavelscope::net

@@ -4,12 +4,12 @@
 
 #include <chrono>
 
-#include "app/Pause.h"
+#include "base/Pause.h"
+#include "base/TextHelpers.h"
 #include "hotitems/HotItemRecord.h"
 #include "net/Session.h"
 #include "net/TextFeed.h"
-#include "net/TextHelpers.h"
-#include "query/ListingScan.h"
+#include "sites/ListingScan.h"
 
 namespace gavelscope::query {
 
@@ -59,7 +59,7 @@ bool NumericFilter::Passes(std::int32_t value) const {
 }
 
 CLoadEachCategoryHotItemsQueryThread::CLoadEachCategoryHotItemsQueryThread(IQueryHost& host,
-                                                                           const net::Profile& profile,
+                                                                           const sites::Profile& profile,
                                                                            net::NetOptions options)
     : m_host(host), m_profile(profile), m_options(std::move(options)) {}
 
@@ -68,7 +68,7 @@ CLoadEachCategoryHotItemsQueryThread::~CLoadEachCategoryHotItemsQueryThread() {
 }
 
 void CLoadEachCategoryHotItemsQueryThread::SetKeywords(std::string_view keywords) {
-  m_strKeywords = std::string(hotitems::TrimWhiteSpace(keywords));
+  m_strKeywords = std::string(base::TrimWhiteSpace(keywords));
 }
 
 bool CLoadEachCategoryHotItemsQueryThread::Running(const std::stop_token& stop) const {
@@ -83,12 +83,12 @@ void CLoadEachCategoryHotItemsQueryThread::RunScan(std::stop_token stop) {
   // The session, and with it every kept-alive connection, lives only while the job runs: a query of
   // many entries holds descriptors for its running jobs alone, not for those waiting their turn.
   m_pSession = net::Session::Create(m_options);
-  const net::Site site = uk() ? net::Site::UK : net::Site::USA;
+  const sites::Site site = uk() ? sites::Site::UK : sites::Site::USA;
   m_arrListingLinks = BuildListingLinks(m_host.SiteData(site).strHomePage, m_strCategoryLink, m_profile.site(site));
   for (const std::string& link : m_arrListingLinks) {
     if (!Running(stop)) break;
     if (!ScanListing(FetchListingPage(link, stop), stop)) break;
-    app::PauseUnlessStopped(kPauseAfterListing, stop);
+    base::PauseUnlessStopped(kPauseAfterListing, stop);
   }
   m_pSession.reset();
   m_bFinished = true;
@@ -110,22 +110,23 @@ std::string CLoadEachCategoryHotItemsQueryThread::FetchListingPage(const std::st
 
 bool CLoadEachCategoryHotItemsQueryThread::ScanListing(std::string page, std::stop_token stop) {
   const bool isUK = uk();
-  const net::SiteConfig& site = m_profile.site(isUK ? net::Site::UK : net::Site::USA);
+  const sites::SiteConfig& site = m_profile.site(isUK ? sites::Site::UK : sites::Site::USA);
   int pagesMovedPast = 0;
-  int s = net::Find(page, site.itemLinkPrefix, 0);
-  int t = net::Find(page, ">", s);
+  int s = base::Find(page, site.itemLinkPrefix, 0);
+  int t = base::Find(page, ">", s);
   while (s != -1) {
     if (pagesMovedPast >= m_nPageDepth) return true;
     if (!Running(stop)) return false;
-    const ListingRow row = ParseRow(page, s, t, site, isUK);
-    if (MatchesKeywords(row.title, m_strKeywords)) FilterAndAdd(row.link, row.timeLeft, row.title, row.price, row.bids);
+    const sites::ListingRow row = ParseRow(page, s, t, site, isUK);
+    if (sites::MatchesKeywords(row.title, m_strKeywords))
+      FilterAndAdd(row.link, row.timeLeft, row.title, row.price, row.bids);
     if (row.s2 != -1) {
       s = row.s2;
-      t = net::Find(page, ">", s);
+      t = base::Find(page, ">", s);
       continue;
     }
     m_host.IncrementPagesSearched();
-    const int c = net::Find(page, kContinueMarker, row.t2);
+    const int c = base::Find(page, sites::kContinueMarker, row.t2);
     if (c == -1) return true;
     if (!Running(stop)) return false;
     if (++pagesMovedPast >= m_nPageDepth) return true;
@@ -133,8 +134,8 @@ bool CLoadEachCategoryHotItemsQueryThread::ScanListing(std::string page, std::st
     // An address that may not be fetched ends the listing, as a page that could not be read would.
     if (next.empty()) return true;
     page = FetchListingPage(next, stop);
-    s = net::Find(page, site.itemLinkPrefix, 0);
-    t = net::Find(page, ">", s);
+    s = base::Find(page, site.itemLinkPrefix, 0);
+    t = base::Find(page, ">", s);
   }
   return true;
 }
@@ -143,9 +144,10 @@ void CLoadEachCategoryHotItemsQueryThread::FilterAndAdd(const std::string& link,
                                                         const std::string& title, const std::string& price,
                                                         const std::string& bids) {
   if (link.empty() || timeLeft.empty() || title.empty() || price.empty()) return;
-  const int priceValue = ParsePrice(price);
+  const int priceValue = sites::ParsePrice(price);
   if (priceValue == -1) return;
-  if (m_bids.Passes(ParseBids(bids)) && m_price.Passes(priceValue) && m_days.Passes(ParseDaysLeft(timeLeft))) {
+  if (m_bids.Passes(sites::ParseBids(bids)) && m_price.Passes(priceValue) &&
+      m_days.Passes(sites::ParseDaysLeft(timeLeft))) {
     AddResult(link, timeLeft, title, price, bids);
   }
 }

@@ -9,10 +9,10 @@
 #include <vector>
 
 #include "net/NetOptions.h"
-#include "net/SiteProfile.h"
 #include "query/QueryHost.h"
+#include "sites/SiteProfile.h"
 
-namespace gavelscope::net {
+namespace gavelscope::query {
 class Session;
 }
 
@@ -41,7 +41,7 @@ struct NumericFilter {
 // query run owns the job and reads `IsFinished` once it has started it.
 class CLoadEachCategoryHotItemsQueryThread {
  public:
-  CLoadEachCategoryHotItemsQueryThread(IQueryHost& host, const net::Profile& profile, net::NetOptions options);
+  CLoadEachCategoryHotItemsQueryThread(IQueryHost& host, const sites::Profile& profile, net::NetOptions options);
   ~CLoadEachCategoryHotItemsQueryThread();
 
   void SetCategoryLink(std::string link) { m_strCategoryLink = std::move(link); }
@@ -81,7 +81,7 @@ class CLoadEachCategoryHotItemsQueryThread {
   bool uk() const { return m_bInternational == 0; }
 
   IQueryHost& m_host;
-  const net::Profile m_profile;
+  const sites::Profile m_profile;
   const net::NetOptions m_options;
   std::shared_ptr<net::Session> m_pSession;
   std::vector<std::string> m_arrListingLinks;

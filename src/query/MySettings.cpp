@@ -2,7 +2,7 @@
 // Copyright 2026 The Gavelscope developers
 #include "query/MySettings.h"
 
-#include "hotitems/HotItemRecord.h"
+#include "base/TextHelpers.h"
 
 namespace gavelscope::query {
 
@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::int32_t kNotGiven = -1;
 
-void Exchange(app::CArchive& archive, std::int32_t& value) {
+void Exchange(base::CArchive& archive, std::int32_t& value) {
   if (archive.IsStoring()) {
     archive.WriteInt32(value);
   } else {
@@ -87,10 +87,10 @@ void CMySettings::SetDaysRange(std::int32_t from, std::int32_t to) {
 }
 
 void CMySettings::SetKeywords(std::string_view text) {
-  m_strKeywords = hotitems::TrimWhiteSpace(text);
+  m_strKeywords = base::TrimWhiteSpace(text);
 }
 
-std::int32_t CMySettings::Serialize(app::CArchive& archive) {
+std::int32_t CMySettings::Serialize(base::CArchive& archive) {
   std::int32_t count = static_cast<std::int32_t>(m_categories.size());
   Exchange(archive, count);
   for (std::int32_t* flag : {&m_bBidFilter, &m_bDaysFilter, &m_bPriceFilter, &m_bInternational}) {

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "app/Archive.h"
+#include "base/Archive.h"
 
 namespace gavelscope::query {
 
@@ -49,7 +49,7 @@ class CMySettings {
   // flags, the page depth. The category objects that follow belong to the object layer of the
   // archive (they carry class records), so this returns their count instead: the size of
   // m_categories when storing, the count read when loading (negative when the file says so).
-  virtual std::int32_t Serialize(app::CArchive& archive);
+  virtual std::int32_t Serialize(base::CArchive& archive);
 
   bool operator==(const CMySettings&) const = default;
 

@@ -6,16 +6,16 @@
 #include <utility>
 #include <vector>
 
-#include "app/Archive.h"
-#include "keywords/CategoryNameObject.h"
-#include "net/Files.h"
+#include "base/Archive.h"
+#include "base/Files.h"
+#include "query/CategoryNameObject.h"
 
 namespace gavelscope::query {
 
 namespace {
 
-using app::CArchive;
-using keywords::CCategoryNameObject;
+using base::CArchive;
+using query::CCategoryNameObject;
 
 constexpr std::uint16_t kNullTag = 0x0000;
 constexpr std::uint16_t kNewClassTag = 0xFFFF;
@@ -201,14 +201,14 @@ bool LoadQueryBytes(std::string bytes, CMySettings& out, std::string& error) {
 }
 
 net::NetResult SaveQueryFile(const std::filesystem::path& file, const CMySettings& settings) {
-  return net::WriteWholeFile(file, SaveQueryBytes(settings));
+  return base::WriteWholeFile(file, SaveQueryBytes(settings));
 }
 
 net::NetResult LoadQueryFile(const std::filesystem::path& file, CMySettings& out) {
   const net::NetResult failed{false, "Cannot Load File : " + file.string()};
   std::string bytes;
   std::string ignored;
-  if (!net::ReadWholeFile(file, net::limits::kMaxQueryFileBytes, bytes, ignored)) return failed;
+  if (!base::ReadWholeFile(file, net::limits::kMaxQueryFileBytes, bytes, ignored)) return failed;
   if (!LoadQueryBytes(std::move(bytes), out, ignored)) return failed;
   return {true, {}};
 }

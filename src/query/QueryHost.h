@@ -4,10 +4,10 @@
 
 #include <mutex>
 
-#include "app/SiteCategories.h"
-#include "app/UserMessages.h"
+#include "base/UserMessages.h"
 #include "hotitems/ItemListCtrl.h"
-#include "net/SiteProfile.h"
+#include "sites/SiteCategories.h"
+#include "sites/SiteProfile.h"
 
 namespace gavelscope::query {
 
@@ -18,11 +18,11 @@ class IQueryHost {
   virtual bool IsQueryRunning() const = 0;
   virtual void SetQueryRunning(bool running) = 0;
   virtual void IncrementPagesSearched() = 0;
-  virtual const app::SiteCategories& SiteData(net::Site site) = 0;
+  virtual const sites::SiteCategories& SiteData(sites::Site site) = 0;
   virtual hotitems::CItemListCtrl& QueryResults() = 0;
   // Held from a row's insert to its last cell, so that rows of different jobs never interleave.
   virtual std::mutex& ResultListBusy() = 0;
-  virtual app::IUserMessages& Messages() = 0;
+  virtual base::IUserMessages& Messages() = 0;
 };
 
 }  // namespace gavelscope::query

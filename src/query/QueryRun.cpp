@@ -7,7 +7,7 @@
 #include <fstream>
 #include <system_error>
 
-#include "app/Pause.h"
+#include "base/Pause.h"
 #include "hotitems/HotItemRecord.h"
 #include "net/FtpClient.h"
 
@@ -21,7 +21,7 @@ constexpr int kPublishAttempts = 30;
 
 }  // namespace
 
-CInitialiseHotItemQueryThread::CInitialiseHotItemQueryThread(IQueryHost& host, net::Profile profile,
+CInitialiseHotItemQueryThread::CInitialiseHotItemQueryThread(IQueryHost& host, sites::Profile profile,
                                                              net::NetOptions options)
     : m_host(host),
       m_profile(std::move(profile)),
@@ -55,7 +55,7 @@ void CInitialiseHotItemQueryThread::SetDaysRange(std::int32_t from, std::int32_t
 
 void CInitialiseHotItemQueryThread::RunQuery(std::stop_token stop) {
   // The jobs read both sites' home pages and category data, whichever site the query is for.
-  if (!m_host.SiteData(net::Site::UK).ready.Wait(stop) || !m_host.SiteData(net::Site::USA).ready.Wait(stop)) return;
+  if (!m_host.SiteData(sites::Site::UK).ready.Wait(stop) || !m_host.SiteData(sites::Site::USA).ready.Wait(stop)) return;
 
   for (const std::string& link : m_categories) {
     auto job = std::make_unique<CLoadEachCategoryHotItemsQueryThread>(m_host, m_profile, m_options);
@@ -88,7 +88,7 @@ void CInitialiseHotItemQueryThread::RunQuery(std::stop_token stop) {
 
   // An empty category list has no job to wait for: such a run ends at its first look.
   while (true) {
-    if (!app::PauseUnlessStopped(m_pollInterval, stop)) break;
+    if (!base::PauseUnlessStopped(m_pollInterval, stop)) break;
     bool allFinished = true;
     for (const auto& job : m_arrJobs) {
       if (!job->IsFinished()) {
@@ -120,7 +120,7 @@ void CInitialiseHotItemQueryThread::RunQuery(std::stop_token stop) {
     if constexpr (kPublishHistory) {
       PublishHistory(m_host.QueryResults(), m_historyFile, m_profile, m_options, std::chrono::seconds(1), stop);
     }
-    m_host.Messages().Show(app::UserMessage{kSearchComplete, kSearchCompleteTitle, app::MessageButtons::Ok, true});
+    m_host.Messages().Show(base::UserMessage{kSearchComplete, kSearchCompleteTitle, base::MessageButtons::Ok, true});
   }
 }
 
@@ -167,7 +167,7 @@ void CInitialiseHotItemQueryThread::JobEnded(std::size_t index) {
 }
 
 net::NetResult PublishHistory(const hotitems::CItemListCtrl& results, const std::filesystem::path& localFile,
-                              const net::Profile& profile, const net::NetOptions& options,
+                              const sites::Profile& profile, const net::NetOptions& options,
                               std::chrono::milliseconds retryPause, std::stop_token stop) {
   if (!std::filesystem::exists(localFile)) return {false, "No local history file: " + localFile.string()};
   const std::time_t now = std::time(nullptr);
@@ -190,7 +190,7 @@ net::NetResult PublishHistory(const hotitems::CItemListCtrl& results, const std:
       last = ftp.PutFile(localFile, profile.vendor.historyFileName, stop);
       if (last) return last;
     }
-    if (attempt == kPublishAttempts || !app::PauseUnlessStopped(retryPause, stop)) break;
+    if (attempt == kPublishAttempts || !base::PauseUnlessStopped(retryPause, stop)) break;
   }
   return last;
 }

@@ -15,9 +15,9 @@
 #include <vector>
 
 #include "net/NetOptions.h"
-#include "net/SiteProfile.h"
 #include "query/CategoryScanJob.h"
 #include "query/QueryHost.h"
+#include "sites/SiteProfile.h"
 
 namespace gavelscope::query {
 
@@ -36,7 +36,7 @@ class CInitialiseHotItemQueryThread {
   // Makes the thread that runs one job; throws std::system_error when the system has none to give.
   using ThreadStarter = std::function<std::jthread(std::function<void()>)>;
 
-  CInitialiseHotItemQueryThread(IQueryHost& host, net::Profile profile, net::NetOptions options);
+  CInitialiseHotItemQueryThread(IQueryHost& host, sites::Profile profile, net::NetOptions options);
   ~CInitialiseHotItemQueryThread();
 
   void SetKeywords(std::string keywords) { m_strKeywords = std::move(keywords); }
@@ -81,7 +81,7 @@ class CInitialiseHotItemQueryThread {
   void JobEnded(std::size_t index);
 
   IQueryHost& m_host;
-  const net::Profile m_profile;
+  const sites::Profile m_profile;
   const net::NetOptions m_options;
   std::vector<std::unique_ptr<CLoadEachCategoryHotItemsQueryThread>> m_arrJobs;
   // Guards the counts below, which the jobs' threads change as they end.
@@ -112,7 +112,7 @@ class CInitialiseHotItemQueryThread {
 // history load downloaded it) and uploads it again: remove the remote copy, then put the local one in
 // ASCII mode, at most 30 attempts a second apart.
 net::NetResult PublishHistory(const hotitems::CItemListCtrl& results, const std::filesystem::path& localFile,
-                              const net::Profile& profile, const net::NetOptions& options,
+                              const sites::Profile& profile, const net::NetOptions& options,
                               std::chrono::milliseconds retryPause, std::stop_token stop);
 
 }  // namespace gavelscope::query

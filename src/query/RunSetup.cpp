@@ -6,7 +6,7 @@
 
 namespace gavelscope::query {
 
-void ConfigureRun(const CMySettings& settings, const app::SiteCategories& site, CInitialiseHotItemQueryThread& run) {
+void ConfigureRun(const CMySettings& settings, const sites::SiteCategories& site, CInitialiseHotItemQueryThread& run) {
   run.SetKeywords(settings.GetKeywords());
   run.SetPageDepth(settings.m_nPageDepth);
   if (settings.m_bInternational) run.SetCountry(1);

@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "hotitems/GifBlocks.h"
+#include "banner/GifBlocks.h"
 #include "net/NetOptions.h"
 
 namespace gavelscope::ui {
@@ -21,7 +21,7 @@ using net::limits::kMaxDecodedPictureBytes;
 using net::limits::kMaxPictureFrames;
 using net::limits::kMaxPictureSide;
 
-QRect ToRect(const hotitems::FrameRect& rect) {
+QRect ToRect(const banner::FrameRect& rect) {
   return {rect.left, rect.top, rect.width, rect.height};
 }
 
@@ -49,7 +49,7 @@ QImage DecodeWhole(std::string_view data) {
 
 // The screen a frame is decoded on: the part of the frame that lies on the picture, at least one
 // pixel, so that a frame off the picture is still tried and left out only if it does not decode.
-QSize OwnScreen(const hotitems::GifFrame& frame, QSize screen) {
+QSize OwnScreen(const banner::GifFrame& frame, QSize screen) {
   return {std::max(1, std::min(frame.width, screen.width() - frame.left)),
           std::max(1, std::min(frame.height, screen.height() - frame.top))};
 }
@@ -62,7 +62,7 @@ CAnimatedPicture::CAnimatedPicture(QWidget* parent) : QWidget(parent) {
 }
 
 DecodedPicture CAnimatedPicture::Decode(std::string_view data, std::stop_token stop) {
-  hotitems::GifBlockWalker walker(data);
+  banner::GifBlockWalker walker(data);
   if (!walker.IsGif()) {
     QImage still = DecodeWhole(data);
     if (still.isNull()) return {};
@@ -72,7 +72,7 @@ DecodedPicture CAnimatedPicture::Decode(std::string_view data, std::stop_token s
   if (screen.isEmpty() || !WithinSideLimit(screen)) return {};
   // Every frame is counted and costed before any is decoded, so a picture over a limit costs no
   // more than this walk.
-  std::vector<hotitems::GifFrame> frames;
+  std::vector<banner::GifFrame> frames;
   std::size_t bytes = 0;
   while (auto frame = walker.NextFrame()) {
     bytes += DecodedBytes(OwnScreen(*frame, screen));
@@ -87,10 +87,10 @@ DecodedPicture CAnimatedPicture::Decode(std::string_view data, std::stop_token s
     return {screen, std::move(still), {}, {}};
   }
   DecodedPicture picture{screen, {}, {}, {}};
-  for (const hotitems::GifFrame& frame : frames) {
+  for (const banner::GifFrame& frame : frames) {
     if (stop.stop_requested()) return {};
     const QSize own = OwnScreen(frame, screen);
-    const std::string file = hotitems::FrameFileAtOrigin(frame, own.width(), own.height());
+    const std::string file = banner::FrameFileAtOrigin(frame, own.width(), own.height());
     QImage image = QImage::fromData(reinterpret_cast<const uchar*>(file.data()), static_cast<int>(file.size()), "GIF");
     // A frame the decoder refuses is left out of the animation.
     if (image.isNull() || image.width() > own.width() || image.height() > own.height()) continue;
@@ -120,8 +120,8 @@ bool CAnimatedPicture::Install(const DecodedPicture& picture) {
   m_frames = picture.frames;
   if (!PrepareBuffer(picture.size)) return false;
   if (!m_frames.empty()) {
-    hotitems::IPictureCanvas& canvas = *this;
-    m_animation = std::make_unique<hotitems::CPictureAnimation>(picture.timings, canvas, 0);
+    banner::IPictureCanvas& canvas = *this;
+    m_animation = std::make_unique<banner::CPictureAnimation>(picture.timings, canvas, 0);
   }
   return true;
 }
@@ -191,13 +191,13 @@ void CAnimatedPicture::paintEvent(QPaintEvent*) {
   painter.drawImage(QPoint(0, 0), m_buffer);
 }
 
-void CAnimatedPicture::RenderFrame(std::size_t frame, const hotitems::FrameRect& rect) {
+void CAnimatedPicture::RenderFrame(std::size_t frame, const banner::FrameRect& rect) {
   if (m_frames[frame].isNull()) return;
   QPainter painter(&m_buffer);
   painter.drawImage(QPoint(rect.left, rect.top), m_frames[frame]);
 }
 
-void CAnimatedPicture::FillRect(const hotitems::FrameRect& rect, std::uint32_t) {
+void CAnimatedPicture::FillRect(const banner::FrameRect& rect, std::uint32_t) {
   QPainter painter(&m_buffer);
   painter.setCompositionMode(QPainter::CompositionMode_Source);
   painter.fillRect(ToRect(rect), m_background);
@@ -207,11 +207,11 @@ void CAnimatedPicture::FillAll(std::uint32_t) {
   m_buffer.fill(m_background);
 }
 
-void CAnimatedPicture::SaveArea(const hotitems::FrameRect& rect) {
+void CAnimatedPicture::SaveArea(const banner::FrameRect& rect) {
   m_saved = m_buffer.copy(ToRect(rect));
 }
 
-void CAnimatedPicture::RestoreSavedArea(const hotitems::FrameRect& rect) {
+void CAnimatedPicture::RestoreSavedArea(const banner::FrameRect& rect) {
   if (m_saved.isNull()) return;
   QPainter painter(&m_buffer);
   painter.setCompositionMode(QPainter::CompositionMode_Source);

@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-#include "hotitems/PictureAnimation.h"
+#include "banner/PictureAnimation.h"
 
 namespace gavelscope::ui {
 
@@ -27,13 +27,13 @@ struct DecodedPicture {
   // An animated GIF's frames in file order, each only the part of its frame that lies on the
   // picture (null when none does), to be drawn at its frame's place; with their timing.
   std::vector<QImage> frames;
-  std::vector<hotitems::FrameTiming> timings;
+  std::vector<banner::FrameTiming> timings;
 };
 
 // A picture that plays an animated GIF frame by frame with the GIF disposal rules, or shows a still
 // picture at its pixel size. Each frame is cut out of the GIF as a small GIF of its own and decoded
 // once, at load; a timer on the window's thread moves the animation on.
-class CAnimatedPicture : public QWidget, private hotitems::IPictureCanvas {
+class CAnimatedPicture : public QWidget, private banner::IPictureCanvas {
  public:
   explicit CAnimatedPicture(QWidget* parent = nullptr);
 
@@ -68,18 +68,18 @@ class CAnimatedPicture : public QWidget, private hotitems::IPictureCanvas {
   void OnTimer();
 
   // The canvas the animation composes on.
-  void RenderFrame(std::size_t frame, const hotitems::FrameRect& rect) override;
-  void FillRect(const hotitems::FrameRect& rect, std::uint32_t colour) override;
+  void RenderFrame(std::size_t frame, const banner::FrameRect& rect) override;
+  void FillRect(const banner::FrameRect& rect, std::uint32_t colour) override;
   void FillAll(std::uint32_t colour) override;
-  void SaveArea(const hotitems::FrameRect& rect) override;
-  void RestoreSavedArea(const hotitems::FrameRect& rect) override;
+  void SaveArea(const banner::FrameRect& rect) override;
+  void RestoreSavedArea(const banner::FrameRect& rect) override;
 
   QSize m_pictureSize;
   QImage m_buffer;
   QImage m_still;
   QImage m_saved;
   std::vector<QImage> m_frames;
-  std::unique_ptr<hotitems::CPictureAnimation> m_animation;
+  std::unique_ptr<banner::CPictureAnimation> m_animation;
   QColor m_background = Qt::white;
   QTimer m_timer;
   bool m_waitingForStop = false;

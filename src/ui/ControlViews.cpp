@@ -176,7 +176,7 @@ std::unique_ptr<QMenu> CategoryTreeView::MenuAt(const QPoint& pos) {
   const std::array<bool, 4> enabled = m_tree.ContextMenuFor(CategoryTreeModel::ItemOf(hit));
   std::vector<MenuEntry> commands;
   for (std::size_t i = 0; i < keywords::kMenuViews.size(); ++i) {
-    const net::ListingView view = keywords::kMenuViews[i];
+    const sites::ListingView view = keywords::kMenuViews[i];
     commands.push_back({kListingViewTexts[i], enabled[i], [this, view] { m_tree.OpenView(view); }});
   }
   auto menu = std::make_unique<QMenu>();
@@ -295,7 +295,7 @@ AuctionListView::AuctionListView(auctions::CAuctionListCtrl& list, RowsModel* mo
 void AuctionListView::FillMenu(QMenu& menu) {
   std::vector<MenuEntry> commands;
   for (std::size_t i = 0; i < keywords::kMenuViews.size(); ++i) {
-    const net::ListingView view = keywords::kMenuViews[i];
+    const sites::ListingView view = keywords::kMenuViews[i];
     commands.push_back({kListingViewTexts[i], true, [this, view] { m_list.OpenView(view); }});
   }
   Fill(menu, this, Spaced(std::move(commands)));
@@ -365,7 +365,7 @@ ItemListView::ItemListView(hotitems::CItemListCtrl& list, RowsModel* model, cons
 }
 
 void ItemListView::FillMenu(QMenu& menu) {
-  using hotitems::LinkedPage;
+  using sites::LinkedPage;
   const auto linked = [this](LinkedPage page) { return [this, page] { m_list.OpenLinkedPage(page); }; };
   // The blank row before the feedback entry can be chosen, though it does nothing.
   Fill(menu, this,

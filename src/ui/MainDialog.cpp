@@ -4,7 +4,6 @@
 
 #include <QApplication>
 
-#include <cstdio>
 #include <QCloseEvent>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -13,6 +12,7 @@
 #include <QPainter>
 #include <QProgressBar>
 #include <QPushButton>
+#include <cstdio>
 
 #include "ui/AboutDialog.h"
 #include "ui/AnimatedPicture.h"
@@ -27,7 +27,7 @@ namespace {
 
 using app::Tab;
 using app::ViewId;
-using net::Site;
+using sites::Site;
 
 const QRect kTreeArea(15, 135, 395, 400);
 const QRect kKeywordArea(415, 135, 365, 400);
@@ -44,8 +44,10 @@ struct FaceText {
 };
 constexpr FaceText kButtonCaptions[] = {
     {180, 100, "home"}, {230, 100, "refresh"}, {292, 100, "eXport"}, {351, 100, "my eBay"}, {422, 100, "Search:"}};
-constexpr FaceText kTabCaptions[] = {
-    {156, 5, "Todays Keywords"}, {157, 27, "Todays Auctions"}, {155, 49, "Hot Item History"}, {156, 71, "Hot Item Query"}};
+constexpr FaceText kTabCaptions[] = {{156, 5, "Todays Keywords"},
+                                     {157, 27, "Todays Auctions"},
+                                     {155, 49, "Hot Item History"},
+                                     {156, 71, "Hot Item Query"}};
 constexpr int kSeparatorsX[] = {221, 283, 342, 413};
 constexpr int kTabTops[] = {5, 27, 49, 71};
 // Tray menu positions of the four View items follow the tab order.
@@ -101,17 +103,19 @@ int RegionAt(QPoint point) {
 }  // namespace
 
 QRect FaceRegionRect(FaceRegion region) {
-  static constexpr int kRects[kFaceRegionCount][4] = {
-      {148, 5, 270, 23},    {148, 27, 270, 45},   {148, 49, 270, 67},   {148, 71, 270, 89},  {180, 103, 213, 115},
-      {230, 103, 275, 115}, {292, 103, 334, 115}, {351, 103, 404, 115}, {422, 103, 464, 115}};
+  static constexpr int kRects[kFaceRegionCount][4] = {{148, 5, 270, 23},    {148, 27, 270, 45},   {148, 49, 270, 67},
+                                                      {148, 71, 270, 89},   {180, 103, 213, 115}, {230, 103, 275, 115},
+                                                      {292, 103, 334, 115}, {351, 103, 404, 115}, {422, 103, 464, 115}};
   const auto& r = kRects[static_cast<int>(region)];
   return QRect(QPoint(r[0], r[1]), QPoint(r[2] - 1, r[3] - 1));
 }
 
-CMainDialog::CMainDialog(app::ControllerConfig config, app::IUserMessages* messages, app::IBrowser* browser,
+CMainDialog::CMainDialog(app::ControllerConfig config, base::IUserMessages* messages, base::IBrowser* browser,
                          QWidget* parent)
-    : CTrayDialog(parent), m_messages(messages != nullptr ? messages : new QtMessages(this)), m_view(new QtMainView(this)) {
-  setWindowTitle(QString::fromLatin1(app::text::kWindowTitle));
+    : CTrayDialog(parent),
+      m_messages(messages != nullptr ? messages : new QtMessages(this)),
+      m_view(new QtMainView(this)) {
+  setWindowTitle(QString::fromLatin1(base::text::kWindowTitle));
   setFixedSize(kClientWidth, kClientHeight);
   setMouseTracking(true);
   if (browser == nullptr) {
@@ -248,7 +252,7 @@ void CMainDialog::MakeTrayMenu() {
 
 void CMainDialog::WatchControls() {
   // Each control's change becomes one queued refresh of its model on this thread.
-  const auto watch = [this](app::ObservableControl& control, auto* model) {
+  const auto watch = [this](base::ObservableControl& control, auto* model) {
     control.SetObserver([this, model] { OnGuiThread(this, [model] { model->Refresh(); }); });
   };
   app::CRunController& run = *m_controller;
@@ -266,9 +270,8 @@ void CMainDialog::WatchControls() {
 void CMainDialog::Start(bool welcome) {
   m_controller->Start();
   const app::ControllerConfig& config = m_controller->config();
-  m_bannerThread = std::make_unique<hotitems::CLoadBannerThread>(config.profile, config.net, config.cacheFolder,
-                                                                 static_cast<hotitems::IBannerSink&>(*this),
-                                                                 m_bannerTiming);
+  m_bannerThread = std::make_unique<banner::CLoadBannerThread>(
+      config.profile, config.net, config.cacheFolder, static_cast<banner::IBannerSink&>(*this), m_bannerTiming);
   m_bannerThread->Start();
   if (welcome) m_controller->ShowWelcome();
 }
@@ -316,9 +319,9 @@ void CMainDialog::OnClick(QPoint point) {
 
 bool CMainDialog::AskForNewQuery() {
   // Asked on every click of the tab, also when it is already selected.
-  const app::MessageReply reply = m_messages->Show(app::UserMessage{
-      "Are you sure you wish to make a new query?", "Warning - This may take a while !", app::MessageButtons::YesNo});
-  if (reply != app::MessageReply::Yes) return false;
+  const base::MessageReply reply = m_messages->Show(base::UserMessage{
+      "Are you sure you wish to make a new query?", "Warning - This may take a while !", base::MessageButtons::YesNo});
+  if (reply != base::MessageReply::Yes) return false;
   // A running query is stopped, and said so, before the new one is defined.
   if (m_controller->IsQueryRunning()) m_commands->StopQuery();
   const bool started = m_queryDialog ? m_queryDialog() : [this] {
@@ -327,9 +330,10 @@ bool CMainDialog::AskForNewQuery() {
   }();
   if (!started) return false;
   m_controller->SetPagesSearchedText("0");
-  m_messages->Show(app::UserMessage{"Your new query has now began - you will be notified when search has ended.  "
-                                    "Feel free to use Gavelscope normally while you wait.",
-                                    "Searching !"});
+  m_messages->Show(
+      base::UserMessage{"Your new query has now began - you will be notified when search has ended.  "
+                        "Feel free to use Gavelscope normally while you wait.",
+                        "Searching !"});
   return true;
 }
 

@@ -13,7 +13,7 @@
 #include "app/BrowserLauncher.h"
 #include "app/MainCommands.h"
 #include "app/RunController.h"
-#include "hotitems/LoadBannerThread.h"
+#include "banner/LoadBannerThread.h"
 #include "ui/ControlModels.h"
 #include "ui/QtMainView.h"
 #include "ui/QtMessages.h"
@@ -38,20 +38,20 @@ QRect FaceRegionRect(FaceRegion region);
 // The main window: a fixed-size face with painted tabs and buttons, and one thin Qt view per
 // headless control of the run controller. Workers never touch these widgets: a control that
 // changed is redrawn on this window's thread.
-class CMainDialog : public CTrayDialog, private hotitems::IBannerSink {
+class CMainDialog : public CTrayDialog, private banner::IBannerSink {
  public:
   static constexpr int kClientWidth = 794;
   static constexpr int kClientHeight = 593;
 
   // `messages` and `browser` replace the message boxes and the web browser (tests record them).
-  explicit CMainDialog(app::ControllerConfig config, app::IUserMessages* messages = nullptr,
-                       app::IBrowser* browser = nullptr, QWidget* parent = nullptr);
+  explicit CMainDialog(app::ControllerConfig config, base::IUserMessages* messages = nullptr,
+                       base::IBrowser* browser = nullptr, QWidget* parent = nullptr);
   ~CMainDialog() override;
 
   // The start-up of the window: views, controller start, the banner rotation, the welcome notice.
   void Start(bool welcome = true);
   // How long the banners stay; set before Start (tests shorten the minute).
-  void SetBannerTiming(hotitems::BannerTiming timing) { m_bannerTiming = timing; }
+  void SetBannerTiming(banner::BannerTiming timing) { m_bannerTiming = timing; }
 
   // A click of either mouse button on the face, in client coordinates.
   void OnClick(QPoint point);
@@ -75,11 +75,11 @@ class CMainDialog : public CTrayDialog, private hotitems::IBannerSink {
   app::CRunController& controller() { return *m_controller; }
   app::CMainCommands& commands() { return *m_commands; }
   QtMainView& mainView() { return *m_view; }
-  CategoryTreeModel& treeModel(net::Site site) { return site == net::Site::USA ? *m_treeUSA : *m_treeUK; }
-  RowsModel& keywordModel(net::Site site) { return site == net::Site::USA ? *m_keywordsUSA : *m_keywordsUK; }
+  CategoryTreeModel& treeModel(sites::Site site) { return site == sites::Site::USA ? *m_treeUSA : *m_treeUK; }
+  RowsModel& keywordModel(sites::Site site) { return site == sites::Site::USA ? *m_keywordsUSA : *m_keywordsUK; }
   QWidget* view(app::ViewId id) const { return m_viewWidgets[static_cast<std::size_t>(id)]; }
   QLineEdit* searchEdit() const { return m_search; }
-  CAnimatedPicture* flag(net::Site site) const { return site == net::Site::USA ? m_flagUSA : m_flagUK; }
+  CAnimatedPicture* flag(sites::Site site) const { return site == sites::Site::USA ? m_flagUSA : m_flagUK; }
   CAnimatedPicture* banner() const { return m_banner; }
 
  protected:
@@ -100,16 +100,16 @@ class CMainDialog : public CTrayDialog, private hotitems::IBannerSink {
   void MakeTrayMenu();
   void WatchControls();
   void SelectTab(app::Tab tab);
-  void SelectSite(net::Site site);
+  void SelectSite(sites::Site site);
   void SwitchSite();
   void UpdateCursor(QPoint point);
   void PaintFace(QPainter& painter) const;
   void ShowBannerPicture(const DecodedPicture& picture, const std::string& link);
 
-  app::IUserMessages* m_messages;
+  base::IUserMessages* m_messages;
   QtMainView* m_view;
   std::unique_ptr<app::CBrowserLauncher> m_ownBrowser;
-  app::IBrowser* m_browser;
+  base::IBrowser* m_browser;
   std::unique_ptr<app::CRunController> m_controller;
   std::unique_ptr<app::CMainCommands> m_commands;
   std::array<QWidget*, app::kViewCount> m_viewWidgets{};
@@ -133,11 +133,11 @@ class CMainDialog : public CTrayDialog, private hotitems::IBannerSink {
   CAnimatedPicture* m_flagUSA = nullptr;
   CAnimatedPicture* m_flagUK = nullptr;
   CAnimatedPicture* m_banner = nullptr;
-  hotitems::BannerTiming m_bannerTiming;
+  banner::BannerTiming m_bannerTiming;
   // Abandons a banner being decoded when the window closes.
   std::stop_source m_bannerStop;
   // Declared last: it goes first, before anything it shows a banner in.
-  std::unique_ptr<hotitems::CLoadBannerThread> m_bannerThread;
+  std::unique_ptr<banner::CLoadBannerThread> m_bannerThread;
 };
 
 }  // namespace gavelscope::ui

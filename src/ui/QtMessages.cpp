@@ -13,26 +13,26 @@ namespace gavelscope::ui {
 
 namespace {
 
-app::MessageReply Ask(QWidget* parent, const app::UserMessage& message) {
+base::MessageReply Ask(QWidget* parent, const base::UserMessage& message) {
   QMessageBox box(
-      message.buttons == app::MessageButtons::YesNo ? QMessageBox::Question : QMessageBox::Information,
+      message.buttons == base::MessageButtons::YesNo ? QMessageBox::Question : QMessageBox::Information,
       FromPageText(message.title), FromPageText(message.text),
-      message.buttons == app::MessageButtons::YesNo ? (QMessageBox::Yes | QMessageBox::No) : QMessageBox::Ok, parent);
+      message.buttons == base::MessageButtons::YesNo ? (QMessageBox::Yes | QMessageBox::No) : QMessageBox::Ok, parent);
   if (message.systemModal) box.setWindowModality(Qt::ApplicationModal);
   const int pressed = box.exec();
-  if (message.buttons == app::MessageButtons::Ok) return app::MessageReply::Ok;
-  return pressed == QMessageBox::Yes ? app::MessageReply::Yes : app::MessageReply::No;
+  if (message.buttons == base::MessageButtons::Ok) return base::MessageReply::Ok;
+  return pressed == QMessageBox::Yes ? base::MessageReply::Yes : base::MessageReply::No;
 }
 
 }  // namespace
 
-app::MessageReply QtMessages::Show(const app::UserMessage& message) {
+base::MessageReply QtMessages::Show(const base::UserMessage& message) {
   if (QThread::currentThread() == thread()) return Ask(m_parent, message);
   OnGuiThread(this, [this, message] { Ask(m_parent, message); });
-  return message.buttons == app::MessageButtons::YesNo ? app::MessageReply::Yes : app::MessageReply::Ok;
+  return message.buttons == base::MessageButtons::YesNo ? base::MessageReply::Yes : base::MessageReply::Ok;
 }
 
-std::optional<std::filesystem::path> QtMessages::ChooseFile(const app::FileChoice& choice) {
+std::optional<std::filesystem::path> QtMessages::ChooseFile(const base::FileChoice& choice) {
   QFileDialog dialog(m_parent, FromPageText(choice.title), QString(), FromPageText(choice.filter));
   dialog.setAcceptMode(choice.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   dialog.setFileMode(choice.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);

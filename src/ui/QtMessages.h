@@ -6,19 +6,19 @@
 #include <QPointer>
 #include <QWidget>
 
-#include "app/UserMessages.h"
+#include "base/UserMessages.h"
 
 namespace gavelscope::ui {
 
 // Message boxes for the core. On the window's thread a box waits for the user's answer; a worker's
 // message is shown later on the window's thread and the worker goes on at once (workers only ever
 // tell, they never ask).
-class QtMessages : public QObject, public app::IUserMessages {
+class QtMessages : public QObject, public base::IUserMessages {
  public:
   explicit QtMessages(QWidget* parent) : QObject(parent), m_parent(parent) {}
-  app::MessageReply Show(const app::UserMessage& message) override;
+  base::MessageReply Show(const base::UserMessage& message) override;
   // A file dialog owned by the window; it asks before overwriting an existing file.
-  std::optional<std::filesystem::path> ChooseFile(const app::FileChoice& choice) override;
+  std::optional<std::filesystem::path> ChooseFile(const base::FileChoice& choice) override;
 
  private:
   QPointer<QWidget> m_parent;

@@ -185,7 +185,7 @@ std::string FullPath(const std::filesystem::path& file) {
 
 }  // namespace
 
-CQueryDialog::CQueryDialog(app::CRunController& controller, app::IUserMessages& messages, QWidget* parent)
+CQueryDialog::CQueryDialog(app::CRunController& controller, base::IUserMessages& messages, QWidget* parent)
     : QDialog(parent), m_controller(controller), m_messages(messages) {
   setWindowTitle(QString::fromLatin1(kTitle));
   QFont face(QStringLiteral("Arial"));
@@ -198,7 +198,7 @@ CQueryDialog::CQueryDialog(app::CRunController& controller, app::IUserMessages& 
 
   // The opening state: every filter on "greater (more) than", sorted by date ended, ascending, on
   // the USA Site.
-  FillCategoryList(net::Site::USA);
+  FillCategoryList(sites::Site::USA);
   m_countryRadios[0]->setChecked(true);
   for (FilterGroup& group : m_filters) {
     group.radios[0]->setChecked(true);
@@ -301,7 +301,7 @@ void CQueryDialog::MakeLowerControls() {
   m_countryRadios = {makeRadio(kInternational, "International (.com)", Units(304, 105, 126, 10)),
                      makeRadio(kUnitedKingdom, "United Kingdom (.co.uk)", Units(304, 118, 126, 10))};
   for (std::size_t i = 0; i < m_countryRadios.size(); ++i) {
-    const net::Site site = i == 0 ? net::Site::USA : net::Site::UK;
+    const sites::Site site = i == 0 ? sites::Site::USA : sites::Site::UK;
     connect(m_countryRadios[i], &QRadioButton::clicked, this, [this, i, site] {
       CheckOnly(m_countryRadios, m_countryRadios[i]);
       OnCountry(site);
@@ -377,16 +377,16 @@ void CQueryDialog::OnAnyRange(FilterGroup& group, bool checked) {
   }
 }
 
-void CQueryDialog::OnCountry(net::Site site) {
+void CQueryDialog::OnCountry(sites::Site site) {
   FillCategoryList(site);
   const QString currency = QString::fromStdString(m_controller.config().profile.site(site).currency);
   for (QLabel* label : m_currency) label->setText(currency);
 }
 
-void CQueryDialog::FillCategoryList(net::Site site) {
+void CQueryDialog::FillCategoryList(sites::Site site) {
   m_categories->clear();
   // The names are written once, before the Site's event is set; until then the list stays empty.
-  const app::SiteCategories& categories = m_controller.Categories(site);
+  const sites::SiteCategories& categories = m_controller.Categories(site);
   if (!categories.ready.IsSet()) return;
   for (const std::string& name : categories.arrCategoryNames) {
     auto* item = new QListWidgetItem(FromPageText(name), m_categories);
@@ -409,7 +409,7 @@ bool CQueryDialog::ExchangeIn() {
     text += ": please enter a whole number";
     if (field.ranged) text += " from " + std::to_string(field.low) + " to " + std::to_string(field.high);
     text += '.';
-    m_messages.Show(app::UserMessage{text, app::text::kMessageTitle});
+    m_messages.Show(base::UserMessage{text, base::text::kMessageTitle});
     source->setFocus();
     source->selectAll();
     return false;
@@ -438,8 +438,8 @@ std::vector<std::string> CQueryDialog::SelectedNames() const {
   return names;
 }
 
-net::Site CQueryDialog::ChosenSite() const {
-  return m_countryRadios[0]->isChecked() ? net::Site::USA : net::Site::UK;
+sites::Site CQueryDialog::ChosenSite() const {
+  return m_countryRadios[0]->isChecked() ? sites::Site::USA : sites::Site::UK;
 }
 
 CMySettings CQueryDialog::CollectQuery() const {
@@ -492,8 +492,8 @@ void CQueryDialog::ApplyQuery(const CMySettings& settings) {
   m_members.m_strKeywords = settings.GetKeywords();
   m_members.m_nPageDepth = settings.m_nPageDepth;
 
-  const net::Site site = settings.m_bInternational ? net::Site::USA : net::Site::UK;
-  m_countryRadios[site == net::Site::USA ? 0 : 1]->setChecked(true);
+  const sites::Site site = settings.m_bInternational ? sites::Site::USA : sites::Site::UK;
+  m_countryRadios[site == sites::Site::USA ? 0 : 1]->setChecked(true);
   OnCountry(site);
 
   if (settings.m_bSortDateEnded) m_sortRadios[0]->setChecked(true);
@@ -534,13 +534,13 @@ void CQueryDialog::StartQuery() {
   CMySettings settings = CollectQuery();
   settings.SetCategories(SelectedNames());
   if (settings.m_categories.empty()) {
-    m_messages.Show(app::UserMessage{kNoCategory, app::text::kMessageTitle});
+    m_messages.Show(base::UserMessage{kNoCategory, base::text::kMessageTitle});
     return;
   }
   // A Site whose categories are not known yet cannot turn names into links; the names go as they
   // are, as for a name the Site does not list.
-  const app::SiteCategories& categories = m_controller.Categories(ChosenSite());
-  app::SiteCategories unknown;
+  const sites::SiteCategories& categories = m_controller.Categories(ChosenSite());
+  sites::SiteCategories unknown;
   query::ConfigureRun(settings, categories.ready.IsSet() ? categories : unknown, *run);
   m_controller.StartQuery(std::move(run));
   // Closing checks the fields once more; a field still failing keeps the dialog open, though the
@@ -550,24 +550,24 @@ void CQueryDialog::StartQuery() {
 
 void CQueryDialog::SaveQuery() {
   const std::optional<std::filesystem::path> file =
-      m_messages.ChooseFile(app::FileChoice{"Save New Gavelscope Query !", kQueryFilter, kQuerySuffix, /*save=*/true});
+      m_messages.ChooseFile(base::FileChoice{"Save New Gavelscope Query !", kQueryFilter, kQuerySuffix, /*save=*/true});
   if (!file) return;
   ExchangeIn();
   CMySettings settings = CollectQuery();
   settings.SetCategories(SelectedNames());
   const net::NetResult saved = query::SaveQueryFile(*file, settings);
   ShowMembers();
-  if (!saved) m_messages.Show(app::UserMessage{"Cannot Save To File : " + FullPath(*file), kErrorTitle});
+  if (!saved) m_messages.Show(base::UserMessage{"Cannot Save To File : " + FullPath(*file), kErrorTitle});
 }
 
 void CQueryDialog::LoadQuery() {
   const std::optional<std::filesystem::path> file = m_messages.ChooseFile(
-      app::FileChoice{"Choose New Gavelscope Query To Load !", kQueryFilter, kQuerySuffix, /*save=*/false});
+      base::FileChoice{"Choose New Gavelscope Query To Load !", kQueryFilter, kQuerySuffix, /*save=*/false});
   if (!file) return;
   ExchangeIn();
   CMySettings settings;
   if (!query::LoadQueryFile(*file, settings)) {
-    m_messages.Show(app::UserMessage{"Cannot Load File : " + FullPath(*file), kErrorTitle});
+    m_messages.Show(base::UserMessage{"Cannot Load File : " + FullPath(*file), kErrorTitle});
     return;
   }
   ApplyQuery(settings);

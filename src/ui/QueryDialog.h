@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "app/RunController.h"
-#include "app/UserMessages.h"
-#include "net/SiteProfile.h"
+#include "base/UserMessages.h"
 #include "query/MySettings.h"
+#include "sites/SiteProfile.h"
 
 class QCheckBox;
 class QLabel;
@@ -93,7 +93,7 @@ struct QueryMembers {
 // Accepted; Save Query and Load Query keep it in a query file.
 class CQueryDialog : public QDialog {
  public:
-  CQueryDialog(app::CRunController& controller, app::IUserMessages& messages, QWidget* parent = nullptr);
+  CQueryDialog(app::CRunController& controller, base::IUserMessages& messages, QWidget* parent = nullptr);
 
   // The query the controls describe, without its categories.
   query::CMySettings CollectQuery() const;
@@ -126,18 +126,18 @@ class CQueryDialog : public QDialog {
   void MakeLowerControls();
   void OnTestRadio(FilterGroup& group, QRadioButton* clicked);
   void OnAnyRange(FilterGroup& group, bool checked);
-  void OnCountry(net::Site site);
-  void FillCategoryList(net::Site site);
+  void OnCountry(sites::Site site);
+  void FillCategoryList(sites::Site site);
   // Reads the edits into the members with their checks. The first field that fails is reported
   // and ends the exchange there; the fields after it keep their earlier values.
   bool ExchangeIn();
   void ShowMembers();
   void ClearEditMemory();
   std::vector<std::string> SelectedNames() const;
-  net::Site ChosenSite() const;
+  sites::Site ChosenSite() const;
 
   app::CRunController& m_controller;
-  app::IUserMessages& m_messages;
+  base::IUserMessages& m_messages;
   QueryMembers m_members;
   std::array<FilterGroup, 3> m_filters;            // bids, days, price
   std::array<QRadioButton*, 4> m_sortRadios{};     // date ended, item title, price, bids

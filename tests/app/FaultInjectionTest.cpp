@@ -20,7 +20,7 @@ namespace gavelscope::app {
 namespace {
 
 using namespace std::chrono_literals;
-using net::Site;
+using sites::Site;
 
 struct RunCounts {
   std::size_t treeUSA = 0;
@@ -38,7 +38,7 @@ class FaultRun : public testing::SandboxTest {
   // A transfer that moves less than 1000 bytes a second for a second is given up.
   static ControllerConfig Config(const std::filesystem::path& cache) {
     ControllerConfig config;
-    config.profile = net::CompiledProfile();
+    config.profile = sites::CompiledProfile();
     config.net = SandboxNetOptions();
     config.net.lowSpeedBytesPerSecond = 1000;
     config.net.lowSpeedTime = 1s;
@@ -57,10 +57,14 @@ class FaultRun : public testing::SandboxTest {
     for (Load load : {Load::KeywordsUK, Load::KeywordsUSA, Load::AuctionsUSA, Load::AuctionsUK, Load::HotItems}) {
       EXPECT_TRUE(controller.LoadDone(load).Wait({}));
     }
-    RunCounts counts{controller.Tree(Site::USA).ItemCount(),        controller.Tree(Site::UK).ItemCount(),
-                     controller.AuctionList(Site::USA).RowCount(),  controller.AuctionList(Site::UK).RowCount(),
-                     controller.HotItemList(Site::USA).GetItemCount(), controller.HotItemList(Site::UK).GetItemCount(),
-                     controller.FinishedLoads(),                    std::chrono::steady_clock::now() - started};
+    RunCounts counts{controller.Tree(Site::USA).ItemCount(),
+                     controller.Tree(Site::UK).ItemCount(),
+                     controller.AuctionList(Site::USA).RowCount(),
+                     controller.AuctionList(Site::UK).RowCount(),
+                     controller.HotItemList(Site::USA).GetItemCount(),
+                     controller.HotItemList(Site::UK).GetItemCount(),
+                     controller.FinishedLoads(),
+                     std::chrono::steady_clock::now() - started};
     // Nothing was said: a failing server is no reason for a message box.
     EXPECT_TRUE(messages.Messages().empty());
     return counts;
@@ -83,7 +87,7 @@ class HttpFaults : public FaultRun, public ::testing::WithParamInterface<const c
 TEST_P(HttpFaults, ARunWhosePagesAreSpoiltCompletesWithEmptyOrPartialLists) {
   const std::string mode = GetParam();
   ControllerConfig config = Config(m_cache.path());
-  for (net::SiteConfig* site : {&config.profile.usa, &config.profile.uk}) {
+  for (sites::SiteConfig* site : {&config.profile.usa, &config.profile.uk}) {
     site->listingRoot += "/_fault/" + mode + "/";
     site->categoryListPath = "/_fault/" + mode + site->categoryListPath;
   }

@@ -12,7 +12,7 @@
 namespace gavelscope::app {
 namespace {
 
-using net::Site;
+using sites::Site;
 
 // A controller that is never started: the commands only touch its views and flags.
 class MainCommandsTest : public ::testing::Test {
@@ -21,7 +21,7 @@ class MainCommandsTest : public ::testing::Test {
 
   static ControllerConfig Config(const std::filesystem::path& folder) {
     ControllerConfig config;
-    config.profile = net::CompiledProfile();
+    config.profile = sites::CompiledProfile();
     config.cacheFolder = folder;
     return config;
   }

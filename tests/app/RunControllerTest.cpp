@@ -15,7 +15,7 @@
 namespace gavelscope::app {
 namespace {
 
-using net::Site;
+using sites::Site;
 using testing::RecordingMessages;
 using testing::SandboxTest;
 using testing::TempFolder;
@@ -27,7 +27,7 @@ class RunControllerTest : public SandboxTest {
   // test's to drive.
   ControllerConfig Config(bool listsArrive = false) {
     ControllerConfig config;
-    config.profile = net::CompiledProfile();
+    config.profile = sites::CompiledProfile();
     config.net = SandboxNetOptions();
     if (!listsArrive) {
       config.net.connectTo.insert(config.net.connectTo.begin(), m_silent.ConnectTo("www.gavelscope.example"));
@@ -63,7 +63,7 @@ class RunControllerTest : public SandboxTest {
 TEST_F(RunControllerTest, StartUpDiscoversTheCategoriesOfBothSites) {
   auto controller = Started(Config());
   for (Site site : {Site::UK, Site::USA}) {
-    const SiteCategories& found = controller->Categories(site);
+    const sites::SiteCategories& found = controller->Categories(site);
     EXPECT_FALSE(found.arrCategoryNames.empty());
     EXPECT_EQ(found.arrCategoryNames.size(), found.arrCategoryLinks.size());
     EXPECT_NE(found.strHomePage.find("</b></a> ("), std::string::npos);
@@ -202,7 +202,8 @@ TEST_F(RunControllerTest, PagesOffTheSitesAreNeverFetched) {
   config.net.connectTo.push_back("evil.example:80:127.0.0.1:" + std::to_string(Sandbox().PortFor("www.ebay.co.uk:80")));
   auto controller = Started(config);
   EXPECT_EQ(controller->GetPageText(testing::TextUrl("cgi.ebay.co.uk", "item"), {}), "item");
-  for (const std::string& link : {testing::TextUrl("evil.example", "item"), testing::TextUrl("cgi.ebay.com@evil.example", "x")}) {
+  for (const std::string& link :
+       {testing::TextUrl("evil.example", "item"), testing::TextUrl("cgi.ebay.com@evil.example", "x")}) {
     EXPECT_EQ(controller->GetPageText(link, {}), "") << link;
   }
 }

@@ -63,7 +63,7 @@ TEST_F(AuctionListTest, MarkedRowOpensItsListingInEachView) {
   EXPECT_FALSE(m_list.ContextMenuAt(1));
   ASSERT_TRUE(m_list.ContextMenuAt(0));
   m_list.OnDoubleClick();
-  m_list.OpenView(net::ListingView::EndingToday);
+  m_list.OpenView(sites::ListingView::EndingToday);
   EXPECT_EQ(m_browser.Opened(), (std::vector<std::string>{"http://l/Prints/list/", "http://l/Prints/endtoday/all/"}));
 }
 

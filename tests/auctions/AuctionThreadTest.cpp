@@ -16,12 +16,12 @@ namespace {
 
 class AuctionThreadTest : public ::testing::Test {
  protected:
-  void RunUSA() { CAuctionThreadUSA(net::CompiledProfile(), m_categories, m_list, m_events).Run({}); }
+  void RunUSA() { CAuctionThreadUSA(sites::CompiledProfile(), m_categories, m_list, m_events).Run({}); }
 
   testing::RecordingBrowser m_browser;
   testing::RecordingMessages m_messages;
   CAuctionListCtrl m_list{m_browser, m_messages};
-  app::SiteCategories m_categories;
+  sites::SiteCategories m_categories;
   testing::RecordingRunEvents m_events;
 };
 
@@ -53,7 +53,7 @@ TEST_F(AuctionThreadTest, EmptyPageGivesAnEmptyListAndStillCompletes) {
 TEST_F(AuctionThreadTest, StopEndsTheWaitForCategories) {
   m_list.InsertRow(0, {"kept", "1", nullptr});
   std::jthread thread([this](std::stop_token stop) {
-    CAuctionThreadUSA(net::CompiledProfile(), m_categories, m_list, m_events).Run(stop);
+    CAuctionThreadUSA(sites::CompiledProfile(), m_categories, m_list, m_events).Run(stop);
   });
   thread.request_stop();
   thread.join();

@@ -14,10 +14,10 @@
 #include <chrono>
 #include <sstream>
 
-#include "app/SandboxProcess.h"
 #include "cli/CliApp.h"
 #include "net/PageFetcher.h"
 #include "query/QueryFile.h"
+#include "standin/SandboxProcess.h"
 #include "support/SandboxFixture.h"
 #include "support/TempFolder.h"
 
@@ -27,7 +27,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr long kMaxPeakKiB = 300 * 1024;
-constexpr const char* kEmptyHistory = "\tHot Items History List\r\n\r\nDate Ended\t\t\tBids\t\t\tPrice\t\t\tItem Title\r\n\r\n";
+constexpr const char* kEmptyHistory =
+    "\tHot Items History List\r\n\r\nDate Ended\t\t\tBids\t\t\tPrice\t\t\tItem Title\r\n\r\n";
 constexpr const char* kTop100Heading = "\tTodays Top 100 Keywords\r\n\r\nPosition\t\t\tKeyword\r\n\r\n";
 
 // The limits of the real program, but with seconds where it waits minutes, so that a stalled
@@ -82,18 +83,18 @@ ChildRun RunInChild(const std::vector<std::string>& args, std::chrono::seconds l
   return run;
 }
 
-std::unique_ptr<app::SandboxProcess> StartSandbox(std::vector<std::string> arguments) {
-  app::SandboxOptions options;
+std::unique_ptr<standin::SandboxProcess> StartSandbox(std::vector<std::string> arguments) {
+  standin::SandboxOptions options;
   options.python = GAVELSCOPE_SANDBOX_PYTHON;
   options.script = GAVELSCOPE_SANDBOX_SCRIPT;
   options.arguments = std::move(arguments);
   std::string error;
-  auto sandbox = app::SandboxProcess::Start(options, error);
+  auto sandbox = standin::SandboxProcess::Start(options, error);
   EXPECT_TRUE(sandbox) << error;
   return sandbox;
 }
 
-std::vector<std::string> Mapped(const app::SandboxProcess& sandbox, std::vector<std::string> command) {
+std::vector<std::string> Mapped(const standin::SandboxProcess& sandbox, std::vector<std::string> command) {
   std::vector<std::string> args;
   for (const std::string& mapping : sandbox.connectTo()) args.insert(args.end(), {"--connect-to", mapping});
   args.insert(args.end(), command.begin(), command.end());
@@ -143,8 +144,8 @@ INSTANTIATE_TEST_SUITE_P(
         HostileCase{"HugeHistory", {"huge-history"}, {"history", "--site", "usa"}, 10s, kEmptyHistory},
         HostileCase{"EndlessHistory", {"endless-history"}, {"history", "--site", "uk"}, 10s, kEmptyHistory},
         // Every attempt waits for a connection that never comes: the retry budget ends them all.
-        HostileCase{"HistoryServerNeverConnectsBack", {"silent-history"}, {"history", "--site", "usa"}, 8s,
-                    kEmptyHistory}),
+        HostileCase{
+            "HistoryServerNeverConnectsBack", {"silent-history"}, {"history", "--site", "usa"}, 8s, kEmptyHistory}),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST(HostileFiles, AQueryFileOfMillionsOfReferencesIsRefusedQuickly) {

@@ -14,7 +14,7 @@ namespace gavelscope::hotitems {
 namespace {
 
 // Pages come from a session on the sandbox, or from nowhere.
-class SessionPages : public app::IPageSource {
+class SessionPages : public base::IPageSource {
  public:
   explicit SessionPages(net::NetOptions options) : m_session(std::move(options)) {}
   std::string GetPageText(std::string_view url, std::stop_token stop) override {
@@ -160,24 +160,6 @@ TEST_F(UKHistoryList, DisplayDetailsOpensTheUKPage) {
   EXPECT_EQ(m_browser.Opened(), Texts{"http://cgi.ebay.co.uk/item?Lamp"});
 }
 
-TEST(LinkedPage, FindsEachMarkersLinkOrNothing) {
-  const std::string page =
-      "<a href=\"http://x/seller?a=1&amp;b=2\"><b>View seller's other items</b></a> Bid History: 5"
-      " <a href=\"http://cgi.ebay.com/bids?i=1&amp;x=2\">bids</a><a href=\"http://feedback.ebay.com/f\">Read feedback "
-      "comments</a>";
-  EXPECT_EQ(LinkedPageUrl(page, LinkedPage::BidHistory, ItemListVariant::HistoryUSA),
-            "http://cgi.ebay.com/bids?i=1&x=2");
-  EXPECT_EQ(LinkedPageUrl(page, LinkedPage::BidHistory, ItemListVariant::HistoryUK),
-            "http://cgi.ebay.co.uk/bids?i=1&x=2");
-  EXPECT_EQ(LinkedPageUrl(page, LinkedPage::SellersOtherItems, ItemListVariant::QueryResults),
-            "http://x/seller?a=1&b=2");
-  EXPECT_EQ(LinkedPageUrl(page, LinkedPage::SellerFeedback, ItemListVariant::QueryResults),
-            "http://feedback.ebay.com/f");
-  EXPECT_EQ(LinkedPageUrl("no markers here", LinkedPage::SellerFeedback, ItemListVariant::QueryResults), "");
-  EXPECT_EQ(LinkedPageUrl("History without a link", LinkedPage::BidHistory, ItemListVariant::QueryResults), "");
-  EXPECT_EQ(LinkedPageUrl("History <a href=\"http://cut", LinkedPage::BidHistory, ItemListVariant::QueryResults), "");
-}
-
 class LinkedPageWorker : public testing::SandboxTest {};
 
 TEST_F(LinkedPageWorker, OpensTheLinksOfASandboxItemPage) {
@@ -191,12 +173,12 @@ TEST_F(LinkedPageWorker, OpensTheLinksOfASandboxItemPage) {
   list.SetItemData(list.InsertItem(0, ""), record);
   list.SetSelectionMark(0);
 
-  list.OpenLinkedPage(LinkedPage::BidHistory);
+  list.OpenLinkedPage(sites::LinkedPage::BidHistory);
   ASSERT_TRUE(browser.WaitForCount(1));
-  list.OpenLinkedPage(LinkedPage::SellersOtherItems);
+  list.OpenLinkedPage(sites::LinkedPage::SellersOtherItems);
   ASSERT_TRUE(browser.WaitForCount(2));
   // The row is cleared at once: the worker already holds the link it needs.
-  list.OpenLinkedPage(LinkedPage::SellerFeedback);
+  list.OpenLinkedPage(sites::LinkedPage::SellerFeedback);
   list.ClearRecords();
   ASSERT_TRUE(browser.WaitForCount(3));
   const Texts opened = browser.Opened();

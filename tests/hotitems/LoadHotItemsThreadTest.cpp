@@ -15,7 +15,7 @@
 namespace gavelscope::hotitems {
 namespace {
 
-class NoPages : public app::IPageSource {
+class NoPages : public base::IPageSource {
  public:
   std::string GetPageText(std::string_view, std::stop_token) override { return {}; }
 };
@@ -24,7 +24,7 @@ class LoadHotItemsTest : public testing::SandboxTest {
  protected:
   void Serve(const std::string& history) { testing::WriteFileBytes(Sandbox().ftpRoot() / "HotItemList.txt", history); }
   void Load(net::NetOptions options) {
-    CLoadHotItemsThread loader(net::CompiledProfile(), std::move(options), m_folder.path(), {m_usa, m_uk, m_events});
+    CLoadHotItemsThread loader(sites::CompiledProfile(), std::move(options), m_folder.path(), {m_usa, m_uk, m_events});
     loader.SetRetryPause(std::chrono::milliseconds(0));
     loader.Run({});
   }

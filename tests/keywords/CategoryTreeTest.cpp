@@ -90,7 +90,7 @@ TEST_F(CategoryTreeTest, OnlySubCategoriesOfferEveryView) {
   EXPECT_EQ(m_tree.GetSelectedItem(), prints);
 
   m_tree.OnDoubleClick();
-  m_tree.OpenView(net::ListingView::GoingGone);
+  m_tree.OpenView(sites::ListingView::GoingGone);
   EXPECT_EQ(m_browser.Opened(), (std::vector<std::string>{"http://l/Prints/list/x", "http://l/Prints/going/all/x"}));
 }
 

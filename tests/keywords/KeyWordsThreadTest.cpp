@@ -19,13 +19,13 @@ using testing::SandboxTest;
 class KeyWordsThreadTest : public SandboxTest {
  protected:
   // A Site whose category list is exactly `list`.
-  net::Profile ProfileServing(std::string_view list) {
-    net::Profile profile = net::CompiledProfile();
+  sites::Profile ProfileServing(std::string_view list) {
+    sites::Profile profile = sites::CompiledProfile();
     profile.vendor.webServer = testing::TextUrl("www.gavelscope.example", list);
     profile.uk.categoryListPath = "";
     return profile;
   }
-  void RunUK(const net::Profile& profile, net::NetOptions options) {
+  void RunUK(const sites::Profile& profile, net::NetOptions options) {
     CKeyWordsThreadUK thread(profile, std::move(options), {m_treeUK, m_listUK, m_events});
     thread.SetLinePause(std::chrono::milliseconds(0));
     thread.Run({});
@@ -58,7 +58,7 @@ TEST_F(KeyWordsThreadTest, StepsTheProgressOncePerCategoryLine) {
 TEST_F(KeyWordsThreadTest, UnreachableListLeavesTheTop100ItemAndStillCompletes) {
   net::NetOptions options = SandboxNetOptions();
   options.connectTo = {"www.gavelscope.example:80:127.0.0.1:" + std::to_string(testing::ClosedLoopbackPort())};
-  RunUK(net::CompiledProfile(), options);
+  RunUK(sites::CompiledProfile(), options);
   ASSERT_EQ(m_treeUK.ItemCount(), 1U);
   EXPECT_EQ(m_treeUK.GetItemText(m_treeUK.RootItems()[0]), "Top 100 Keywords");
   EXPECT_TRUE(m_treeUK.GetItemData(m_treeUK.RootItems()[0])->empty());
@@ -68,7 +68,7 @@ TEST_F(KeyWordsThreadTest, UnreachableListLeavesTheTop100ItemAndStillCompletes) 
 }
 
 TEST_F(KeyWordsThreadTest, LoadsTheSandboxList) {
-  RunUK(net::CompiledProfile(), SandboxNetOptions());
+  RunUK(sites::CompiledProfile(), SandboxNetOptions());
   EXPECT_GE(m_treeUK.RootItems().size(), 31U);
   EXPECT_GT(m_listUK.RowCount(), 10U);
   EXPECT_EQ(m_events.steps, static_cast<int>(m_treeUK.RootItems().size()) - 1);

@@ -15,10 +15,13 @@ using testing::SandboxTest;
 using testing::TempFolder;
 using testing::WriteFileBytes;
 
+// The account the sandbox's FTP server serves.
+const FtpAccount kVendorAccount{"ftp.gavelscope.example", 21, "gavelscope", "h0tlist"};
+
 class FtpClientTest : public SandboxTest {
  protected:
   FtpClient Client(std::string password = "h0tlist") {
-    FtpAccount account = CompiledProfile().vendor.ftp;
+    FtpAccount account = kVendorAccount;
     account.password = std::move(password);
     return FtpClient(SandboxNetOptions(), account);
   }
@@ -60,7 +63,7 @@ TEST_F(FtpClientTest, AFailedOrTooLargeDownloadKeepsTheLocalCopyAndLeavesNothing
 
   NetOptions options = SandboxNetOptions();
   options.maxDownloadBytes = 1000;
-  FtpClient small(options, CompiledProfile().vendor.ftp);
+  FtpClient small(options, kVendorAccount);
   const NetResult large = small.GetFile("HotItemList.txt", m_local / "HotItemList.txt", {});
   EXPECT_FALSE(large);
   EXPECT_TRUE(large.overLimit);

@@ -2,7 +2,7 @@
 // Copyright 2026 The Gavelscope developers
 #include "query/QueryRun.h"
 
-#include "query/ListingScan.h"
+#include "sites/ListingScan.h"
 
 #include <gtest/gtest.h>
 
@@ -13,8 +13,8 @@
 #include <set>
 #include <system_error>
 
-#include "app/CategoryAnchors.h"
 #include "net/PageFetcher.h"
+#include "sites/CategoryAnchors.h"
 #include "support/RecordingBrowser.h"
 #include "support/RecordingMessages.h"
 #include "support/SandboxFixture.h"
@@ -23,9 +23,9 @@
 namespace gavelscope::query {
 namespace {
 
-using net::Site;
+using sites::Site;
 
-class NoPages : public app::IPageSource {
+class NoPages : public base::IPageSource {
  public:
   std::string GetPageText(std::string_view, std::stop_token) override { return {}; }
 };
@@ -36,9 +36,9 @@ class SandboxQueryHost : public IQueryHost {
   explicit SandboxQueryHost(const net::NetOptions& options) {
     net::SharedSession session(options);
     for (Site site : {Site::UK, Site::USA}) {
-      app::SiteCategories& data = site == Site::UK ? m_uk : m_usa;
-      data.strHomePage = session.GetPageText(net::CompiledProfile().site(site).listingRoot, {});
-      app::ParseCategoryAnchors(data.strHomePage, data.arrCategoryNames, data.arrCategoryLinks);
+      sites::SiteCategories& data = site == Site::UK ? m_uk : m_usa;
+      data.strHomePage = session.GetPageText(sites::CompiledProfile().site(site).listingRoot, {});
+      sites::ParseCategoryAnchors(data.strHomePage, data.arrCategoryNames, data.arrCategoryLinks);
       data.ready.Set();
     }
   }
@@ -52,14 +52,14 @@ class SandboxQueryHost : public IQueryHost {
     // running at one moment; a generous limit turns a run that can never get there into a failure.
     m_passed.wait_for(lock, std::chrono::seconds(30), [this] { return pages >= holdUntilPages; });
   }
-  const app::SiteCategories& SiteData(Site site) override { return site == Site::UK ? m_uk : m_usa; }
+  const sites::SiteCategories& SiteData(Site site) override { return site == Site::UK ? m_uk : m_usa; }
   hotitems::CItemListCtrl& QueryResults() override { return results; }
   std::mutex& ResultListBusy() override { return busy; }
-  app::IUserMessages& Messages() override { return messages; }
+  base::IUserMessages& Messages() override { return messages; }
 
   // Sends every listing address of the USA home page through the sandbox's fault MODE.
   void SpoilUsaListings(const std::string& mode) {
-    const std::string host = net::CompiledProfile().usa.listingHost + "/";
+    const std::string host = sites::CompiledProfile().usa.listingHost + "/";
     std::string& home = m_usa.strHomePage;
     for (std::size_t at = home.find(host); at != std::string::npos; at = home.find(host, at + 1)) {
       home.insert(at + host.size(), "_fault/" + mode + "/");
@@ -67,7 +67,7 @@ class SandboxQueryHost : public IQueryHost {
   }
 
   std::string LinkOf(Site site, const std::string& name) const {
-    const app::SiteCategories& data = site == Site::UK ? m_uk : m_usa;
+    const sites::SiteCategories& data = site == Site::UK ? m_uk : m_usa;
     for (std::size_t i = 0; i < data.arrCategoryNames.size(); ++i) {
       if (data.arrCategoryNames[i] == name) return data.arrCategoryLinks[i];
     }
@@ -85,15 +85,15 @@ class SandboxQueryHost : public IQueryHost {
                                   hotitems::DateOrder::DayFirst};
 
  private:
-  app::SiteCategories m_uk;
-  app::SiteCategories m_usa;
+  sites::SiteCategories m_uk;
+  sites::SiteCategories m_usa;
   std::mutex m_gate;
   std::condition_variable m_passed;
 };
 
 std::unique_ptr<CInitialiseHotItemQueryThread> NewRun(SandboxQueryHost& host, const std::vector<std::string>& names,
                                                       int depth, bool usa, const net::NetOptions& options) {
-  auto run = std::make_unique<CInitialiseHotItemQueryThread>(host, net::CompiledProfile(), options);
+  auto run = std::make_unique<CInitialiseHotItemQueryThread>(host, sites::CompiledProfile(), options);
   run->SetPollInterval(std::chrono::milliseconds(20));
   run->SetPageDepth(depth);
   run->SetCountry(usa ? 1 : 0);
@@ -104,7 +104,8 @@ std::unique_ptr<CInitialiseHotItemQueryThread> NewRun(SandboxQueryHost& host, co
 }
 
 std::size_t ListingsOf(SandboxQueryHost& host, const std::string& name, Site site = Site::USA) {
-  return BuildListingLinks(host.SiteData(site).strHomePage, host.LinkOf(site, name), net::CompiledProfile().site(site))
+  return BuildListingLinks(host.SiteData(site).strHomePage, host.LinkOf(site, name),
+                           sites::CompiledProfile().site(site))
       .size();
 }
 
@@ -171,10 +172,10 @@ TEST_F(QueryRunTest, FiltersHoldForEveryRowFound) {
   ASSERT_GT(m_host->results.GetItemCount(), 0);
   for (int row = 0; row < m_host->results.GetItemCount(); ++row) {
     const auto record = m_host->results.GetItemData(row);
-    EXPECT_GT(ParseBids(record->GetBids()), 5);
-    EXPECT_GE(ParsePrice(record->GetPrice()), 10);
-    EXPECT_LE(ParsePrice(record->GetPrice()), 200);
-    EXPECT_LT(ParseDaysLeft(record->GetEnding()), 3);
+    EXPECT_GT(sites::ParseBids(record->GetBids()), 5);
+    EXPECT_GE(sites::ParsePrice(record->GetPrice()), 10);
+    EXPECT_LE(sites::ParsePrice(record->GetPrice()), 200);
+    EXPECT_LT(sites::ParseDaysLeft(record->GetEnding()), 3);
   }
 }
 
@@ -237,7 +238,7 @@ TEST_F(QueryRunTest, AJobWithoutAThreadEndsWithNoRowsAndTheRunGoesOn) {
 
 TEST(QueryRunHostile, ANextLinkWithUserInformationNeverReachesTheOtherHost) {
   std::string error;
-  const auto sandbox = app::SandboxProcess::Start(
+  const auto sandbox = standin::SandboxProcess::Start(
       {GAVELSCOPE_SANDBOX_PYTHON, GAVELSCOPE_SANDBOX_SCRIPT, {"--hostile", "userinfo-next"}}, error);
   ASSERT_TRUE(sandbox) << error;
   net::NetOptions options;
@@ -293,7 +294,7 @@ INSTANTIATE_TEST_SUITE_P(EveryMode, QueryFaults, ::testing::Values("404", "500",
 TEST_F(QueryRunTest, PublishingAppendsHotRowsAndUploadsThem) {
   testing::TempFolder folder;
   const auto local = folder / "HotItemList.txt";
-  EXPECT_FALSE(PublishHistory(m_host->results, local, net::CompiledProfile(), SandboxNetOptions(),
+  EXPECT_FALSE(PublishHistory(m_host->results, local, sites::CompiledProfile(), SandboxNetOptions(),
                               std::chrono::milliseconds(0), {}));
   testing::WriteFileBytes(local, "old~|~01/01/2005~|~t~|~$1~|~99~|~\r\n");
   for (const char* bids : {"31", "30"}) {
@@ -303,13 +304,37 @@ TEST_F(QueryRunTest, PublishingAppendsHotRowsAndUploadsThem) {
     record->SetBids(bids);
     m_host->results.SetItemData(row, record);
   }
-  const net::NetResult published = PublishHistory(m_host->results, local, net::CompiledProfile(), SandboxNetOptions(),
+  const net::NetResult published = PublishHistory(m_host->results, local, sites::CompiledProfile(), SandboxNetOptions(),
                                                   std::chrono::milliseconds(0), {});
   ASSERT_TRUE(published) << published.error;
   const std::string uploaded = testing::ReadFileBytes(Sandbox().ftpRoot() / "HotItemList.txt");
   EXPECT_TRUE(uploaded.starts_with("old~|~")) << uploaded;
   EXPECT_NE(uploaded.find("L~|~"), std::string::npos);
   EXPECT_EQ(uploaded.find("~|~30~|~"), std::string::npos);
+}
+
+TEST(NumericFilterTest, StrictBoundsInclusiveRangesAndAny) {
+  NumericFilter greater;
+  greater.SetGreaterThan(5);
+  greater.SetLessThan(-1);
+  greater.SetRange(-1, -1);
+  EXPECT_FALSE(greater.any);
+  EXPECT_TRUE(greater.Passes(6));
+  EXPECT_FALSE(greater.Passes(5));
+  NumericFilter range;
+  range.SetRange(10, 20);
+  EXPECT_TRUE(range.Passes(10));
+  EXPECT_TRUE(range.Passes(20));
+  EXPECT_FALSE(range.Passes(21));
+  NumericFilter less;
+  less.SetLessThan(1);
+  EXPECT_TRUE(less.Passes(0));  // "-" bids
+  NumericFilter any;
+  any.SetGreaterThan(-1);
+  any.SetLessThan(-1);
+  any.SetRange(-1, -1);
+  EXPECT_TRUE(any.any);
+  EXPECT_TRUE(any.Passes(-5));
 }
 
 }  // namespace

@@ -8,12 +8,12 @@
 #include <string>
 #include <vector>
 
-#include "app/Browser.h"
+#include "base/Browser.h"
 
 namespace gavelscope::testing {
 
 // Remembers the pages it was asked to open instead of opening them.
-class RecordingBrowser : public app::IBrowser {
+class RecordingBrowser : public base::IBrowser {
  public:
   void OpenUrlInBrowser(std::string_view url) override {
     {

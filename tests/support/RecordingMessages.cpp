@@ -6,7 +6,7 @@
 
 namespace gavelscope::testing {
 
-app::MessageReply RecordingMessages::Show(const app::UserMessage& message) {
+base::MessageReply RecordingMessages::Show(const base::UserMessage& message) {
   {
     std::lock_guard lock(m_mutex);
     m_messages.push_back(message);
@@ -15,13 +15,13 @@ app::MessageReply RecordingMessages::Show(const app::UserMessage& message) {
   return reply;
 }
 
-std::optional<std::filesystem::path> RecordingMessages::ChooseFile(const app::FileChoice& choice) {
+std::optional<std::filesystem::path> RecordingMessages::ChooseFile(const base::FileChoice& choice) {
   std::lock_guard lock(m_mutex);
   fileChoices.push_back(choice);
   return chosenFile;
 }
 
-std::vector<app::UserMessage> RecordingMessages::Messages() const {
+std::vector<base::UserMessage> RecordingMessages::Messages() const {
   std::lock_guard lock(m_mutex);
   return m_messages;
 }

@@ -6,30 +6,30 @@
 #include <mutex>
 #include <vector>
 
-#include "app/UserMessages.h"
+#include "base/UserMessages.h"
 
 namespace gavelscope::testing {
 
 // Records what the core tells the user; a test can wait for the n-th message from another thread.
-class RecordingMessages : public app::IUserMessages {
+class RecordingMessages : public base::IUserMessages {
  public:
-  app::MessageReply Show(const app::UserMessage& message) override;
+  base::MessageReply Show(const base::UserMessage& message) override;
   // Answers with `chosenFile` (nothing = cancelled) and remembers what was asked.
-  std::optional<std::filesystem::path> ChooseFile(const app::FileChoice& choice) override;
+  std::optional<std::filesystem::path> ChooseFile(const base::FileChoice& choice) override;
 
-  std::vector<app::UserMessage> Messages() const;
+  std::vector<base::UserMessage> Messages() const;
   // Waits until `count` messages have arrived; false after a generous limit, so that a broken
   // test fails instead of hanging.
   bool WaitForCount(std::size_t count) const;
 
-  app::MessageReply reply = app::MessageReply::Ok;
+  base::MessageReply reply = base::MessageReply::Ok;
   std::optional<std::filesystem::path> chosenFile;
-  std::vector<app::FileChoice> fileChoices;
+  std::vector<base::FileChoice> fileChoices;
 
  private:
   mutable std::mutex m_mutex;
   mutable std::condition_variable m_arrived;
-  std::vector<app::UserMessage> m_messages;
+  std::vector<base::UserMessage> m_messages;
 };
 
 }  // namespace gavelscope::testing

@@ -4,12 +4,12 @@
 
 #include <atomic>
 
-#include "app/RunEvents.h"
+#include "base/RunEvents.h"
 
 namespace gavelscope::testing {
 
 // Counts what an analysis thread reports to the run controller.
-class RecordingRunEvents : public app::IRunEvents {
+class RecordingRunEvents : public base::IRunEvents {
  public:
   void StepProgress() override { ++steps; }
   void SetRefreshDone(bool done) override { refreshDone = done; }

@@ -11,14 +11,14 @@
 
 namespace gavelscope::testing {
 
-std::unique_ptr<app::SandboxProcess> SandboxTest::s_sandbox;
+std::unique_ptr<standin::SandboxProcess> SandboxTest::s_sandbox;
 std::string SandboxTest::s_startError;
 
 void SandboxTest::SetUpTestSuite() {
-  app::SandboxOptions options;
+  standin::SandboxOptions options;
   options.python = GAVELSCOPE_SANDBOX_PYTHON;
   options.script = GAVELSCOPE_SANDBOX_SCRIPT;
-  s_sandbox = app::SandboxProcess::Start(options, s_startError);
+  s_sandbox = standin::SandboxProcess::Start(options, s_startError);
 }
 
 void SandboxTest::TearDownTestSuite() {
@@ -29,7 +29,7 @@ void SandboxTest::SetUp() {
   ASSERT_TRUE(s_sandbox) << "sandbox did not start: " << s_startError;
 }
 
-app::SandboxProcess& SandboxTest::Sandbox() {
+standin::SandboxProcess& SandboxTest::Sandbox() {
   return *s_sandbox;
 }
 

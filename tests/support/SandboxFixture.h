@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "app/SandboxProcess.h"
 #include "net/NetOptions.h"
+#include "standin/SandboxProcess.h"
 
 namespace gavelscope::testing {
 
@@ -22,12 +22,12 @@ class SandboxTest : public ::testing::Test {
  protected:
   void SetUp() override;
 
-  static app::SandboxProcess& Sandbox();
+  static standin::SandboxProcess& Sandbox();
   // Every compiled-in host mapped to the sandbox, with limits short enough for tests.
   static net::NetOptions SandboxNetOptions();
 
  private:
-  static std::unique_ptr<app::SandboxProcess> s_sandbox;
+  static std::unique_ptr<standin::SandboxProcess> s_sandbox;
   static std::string s_startError;
 };
 

@@ -30,7 +30,7 @@ constexpr const char* kViewTexts =
     "Display Page (Current)||Display Page (New Today)||Display Page (Ending Today)||Display Page (Going Going Gone)";
 
 // Every item page links its bid history; nothing is fetched.
-class ItemPages : public app::IPageSource {
+class ItemPages : public base::IPageSource {
  public:
   std::string GetPageText(std::string_view, std::stop_token) override {
     return "<b>History</b>: <a href=\"http://offer.ebay.com/ViewBids?item=7\">";

@@ -59,8 +59,8 @@ class Robot : public QObject {
     if (modal == nullptr || modal == m_busyWith) return;
     if (auto* box = qobject_cast<QMessageBox*>(modal)) {
       titles.push_back(box->windowTitle().toStdString());
-      QAbstractButton* answer = box->button(QMessageBox::Yes) != nullptr ? box->button(QMessageBox::Yes)
-                                                                         : box->button(QMessageBox::Ok);
+      QAbstractButton* answer =
+          box->button(QMessageBox::Yes) != nullptr ? box->button(QMessageBox::Yes) : box->button(QMessageBox::Ok);
       Later(answer, [answer] { answer->click(); });
     } else if (auto* files = qobject_cast<QFileDialog*>(modal)) {
       const bool saving = files->windowTitle() == "Save New Gavelscope Query !";
@@ -118,14 +118,14 @@ TEST_F(EndToEndTest, AQueryFromTheQueryTabExportsWhatTheCommandLineFinds) {
   testing::TempFolder folder;
   testing::RecordingBrowser browser;
   app::ControllerConfig config;
-  config.profile = net::CompiledProfile();
+  config.profile = sites::CompiledProfile();
   config.net = SandboxNetOptions();
   config.cacheFolder = folder.path();
   config.queryPollInterval = std::chrono::milliseconds(200);
   CMainDialog window(config, nullptr, &browser);
   window.show();
   window.Start(false);
-  ASSERT_TRUE(window.controller().Categories(net::Site::USA).ready.Wait({}));
+  ASSERT_TRUE(window.controller().Categories(sites::Site::USA).ready.Wait({}));
 
   Robot robot(folder.path() / "query.sbqry", folder.path() / "results.txt");
   window.OnClick(FaceRegionRect(FaceRegion::TabQuery).center());

@@ -36,7 +36,7 @@
 namespace gavelscope::ui {
 namespace {
 
-using net::Site;
+using sites::Site;
 
 using app::ViewId;
 
@@ -70,7 +70,7 @@ class MainDialogTest : public testing::SandboxTest {
  protected:
   app::ControllerConfig Config() {
     app::ControllerConfig config;
-    config.profile = net::CompiledProfile();
+    config.profile = sites::CompiledProfile();
     config.net = SandboxNetOptions();
     config.cacheFolder = m_folder.path();
     return config;
@@ -134,13 +134,14 @@ class IdleWindowTest : public ::testing::Test {
  protected:
   static app::ControllerConfig Config(const std::filesystem::path& cache) {
     app::ControllerConfig config;
-    config.profile = net::CompiledProfile();
+    config.profile = sites::CompiledProfile();
     config.cacheFolder = cache;
     return config;
   }
   void FillAuctions() {
     auctions::CAuctionListCtrl& list = m_window.controller().AuctionList(Site::USA);
-    for (const char* name : {"Pottery", "Glass", "Silver Plate"}) list.InsertRow(list.RowCount(), {name, "12", nullptr});
+    for (const char* name : {"Pottery", "Glass", "Silver Plate"})
+      list.InsertRow(list.RowCount(), {name, "12", nullptr});
   }
   testing::TempFolder m_folder;
   testing::RecordingMessages m_messages;
@@ -150,7 +151,7 @@ class IdleWindowTest : public ::testing::Test {
 
 TEST_F(IdleWindowTest, TabClicksShowTheirViewSetsAndTheFaceMarksTheTab) {
   m_window.show();
-  m_messages.reply = app::MessageReply::No;
+  m_messages.reply = base::MessageReply::No;
   EXPECT_EQ(VisibleViews(m_window), (std::set<ViewId>{ViewId::TreeUSA, ViewId::KeywordsUSA}));
   const std::pair<FaceRegion, std::set<ViewId>> tabs[] = {
       {FaceRegion::TabAuctions, {ViewId::AuctionsUSA}},
@@ -169,7 +170,8 @@ TEST_F(IdleWindowTest, TabClicksShowTheirViewSetsAndTheFaceMarksTheTab) {
     for (int tab = 0; tab < 4; ++tab) {
       // Inside the frame, left of the caption.
       const QPoint inside = FaceRegionRect(static_cast<FaceRegion>(tab)).topLeft() + QPoint(3, 3);
-      EXPECT_EQ(face.pixelColor(inside * scale), tab == static_cast<int>(region) ? QColor(255, 204, 0) : QColor(Qt::white))
+      EXPECT_EQ(face.pixelColor(inside * scale),
+                tab == static_cast<int>(region) ? QColor(255, 204, 0) : QColor(Qt::white))
           << tab;
     }
     // "Searched :" and "Pages" stand beside the pages counter on the query tab only.
@@ -182,7 +184,7 @@ TEST_F(IdleWindowTest, TabClicksShowTheirViewSetsAndTheFaceMarksTheTab) {
 
 TEST_F(IdleWindowTest, FlagClicksSwitchTheSiteOnceAndLeaveTheQueryTabAlone) {
   m_window.show();
-  m_messages.reply = app::MessageReply::No;
+  m_messages.reply = base::MessageReply::No;
   const QPoint ukFlag = m_window.flag(Site::UK)->geometry().center();
   const QPoint usaFlag = m_window.flag(Site::USA)->geometry().center();
   Click(m_window, FaceRegion::TabAuctions);
@@ -200,23 +202,23 @@ TEST_F(IdleWindowTest, FlagClicksSwitchTheSiteOnceAndLeaveTheQueryTabAlone) {
   Click(m_window, FaceRegion::TabQuery);
   Click(m_window, usaFlag);
   EXPECT_EQ(m_window.commands().site(), Site::USA);
-  EXPECT_EQ(VisibleViews(m_window), (std::set<ViewId>{ViewId::QueryResults, ViewId::PagesSearched,
-                                                         ViewId::StopQueryButton}));
+  EXPECT_EQ(VisibleViews(m_window),
+            (std::set<ViewId>{ViewId::QueryResults, ViewId::PagesSearched, ViewId::StopQueryButton}));
 }
 
 TEST_F(IdleWindowTest, TheQueryTabAsksOnEveryClickAndNoKeepsTheLastResults) {
   int dialogs = 0;
   m_window.SetQueryDialog([&] { return ++dialogs, true; });
   m_window.show();
-  m_messages.reply = app::MessageReply::No;
+  m_messages.reply = base::MessageReply::No;
   Click(m_window, FaceRegion::TabQuery);
   Click(m_window, FaceRegion::TabQuery);
   ASSERT_EQ(m_messages.Messages().size(), 2U);
   EXPECT_EQ(m_messages.Messages()[1].text, "Are you sure you wish to make a new query?");
   EXPECT_EQ(m_messages.Messages()[1].title, "Warning - This may take a while !");
   EXPECT_EQ(dialogs, 0);
-  EXPECT_EQ(VisibleViews(m_window), (std::set<ViewId>{ViewId::QueryResults, ViewId::PagesSearched,
-                                                         ViewId::StopQueryButton}));
+  EXPECT_EQ(VisibleViews(m_window),
+            (std::set<ViewId>{ViewId::QueryResults, ViewId::PagesSearched, ViewId::StopQueryButton}));
   // The tray's View item shows the tab without asking.
   m_window.ViewFromTray(app::Tab::Query);
   EXPECT_EQ(m_messages.Messages().size(), 2U);
@@ -231,11 +233,11 @@ TEST_F(IdleWindowTest, ANewQueryStopsTheRunningOneFirstAndThenSaysItBegan) {
   });
   controller.SetPagesSearchedText("41");
   controller.SetQueryRunning(true);
-  m_messages.reply = app::MessageReply::Yes;
+  m_messages.reply = base::MessageReply::Yes;
   Click(m_window, FaceRegion::TabQuery);
   EXPECT_FALSE(runningWhenAsked);
   std::vector<std::string> titles;
-  for (const app::UserMessage& message : m_messages.Messages()) titles.push_back(message.title);
+  for (const base::UserMessage& message : m_messages.Messages()) titles.push_back(message.title);
   EXPECT_EQ(titles, (std::vector<std::string>{"Warning - This may take a while !", "Search Aborted", "Searching !"}));
   QCoreApplication::processEvents();
   EXPECT_EQ(qobject_cast<QLineEdit*>(m_window.view(ViewId::PagesSearched))->text(), "0");
@@ -400,7 +402,9 @@ TEST_F(MainDialogTest, TheBannerRotatesAtTheTopRightCornerAndOpensItsLink) {
 // A GIF of `frames` frames of `side` x `side` pixels at the top left corner of a `width` x `height`
 // screen, each frame's data one white pixel.
 std::string Gif(int width, int height, int frames, int side = 1) {
-  const auto word = [](int value) { return std::string{static_cast<char>(value & 0xFF), static_cast<char>(value >> 8)}; };
+  const auto word = [](int value) {
+    return std::string{static_cast<char>(value & 0xFF), static_cast<char>(value >> 8)};
+  };
   std::string gif = "GIF89a" + word(width) + word(height) + std::string("\x80\0\0\0\0\0\xFF\xFF\xFF", 9);
   for (int frame = 0; frame < frames; ++frame) {
     gif += std::string("\x21\xF9\x04\x04\x0A\0\0\0", 8) + "\x2C" + word(0) + word(0) + word(side) + word(side) +
@@ -517,7 +521,7 @@ TEST(AnimatedPicture, EachFrameIsDecodedAsWhatItsPlaceOnThePictureShows) {
   ASSERT_EQ(loop.frames.size(), 4U);
   QImageReader whole(QString::fromStdString(folder + "animated_loop.gif"));
   for (std::size_t frame = 0; frame < loop.frames.size(); ++frame) {
-    const hotitems::FrameRect& place = loop.timings[frame].rect;
+    const banner::FrameRect& place = loop.timings[frame].rect;
     const QImage composed = whole.read().convertToFormat(QImage::Format_ARGB32);
     EXPECT_EQ(loop.frames[frame].convertToFormat(QImage::Format_ARGB32),
               composed.copy(place.left, place.top, place.width, place.height))
@@ -556,15 +560,14 @@ TEST_P(PictureLimitTest, PicturesOverALimitAreRefusedAndFramesKeepOnlyTheirOwnPi
   for (const QImage& frame : picture.frames) EXPECT_EQ(frame.size(), QSize(GetParam().side, GetParam().side));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Gifs, PictureLimitTest,
-    ::testing::Values(LimitRow{"AbsurdScreen", Gif(5700, 5700, 50), 0, 0},
-                      LimitRow{"ScreenAPixelTooWide", Gif(1025, 1, 2), 0, 0},
-                      LimitRow{"AFrameTooMany", Gif(1, 1, 1001), 0, 0},
-                      LimitRow{"DecodedFramesOverTheLimit", Gif(1024, 1024, 17, 1024), 0, 0},
-                      LimitRow{"DecodedFramesAtTheLimit", Gif(1024, 1024, 16, 1024), 16, 1024},
-                      LimitRow{"SmallFramesOnTheLargestScreen", Gif(1024, 1024, 1000), 1000, 1}),
-    [](const ::testing::TestParamInfo<LimitRow>& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Gifs, PictureLimitTest,
+                         ::testing::Values(LimitRow{"AbsurdScreen", Gif(5700, 5700, 50), 0, 0},
+                                           LimitRow{"ScreenAPixelTooWide", Gif(1025, 1, 2), 0, 0},
+                                           LimitRow{"AFrameTooMany", Gif(1, 1, 1001), 0, 0},
+                                           LimitRow{"DecodedFramesOverTheLimit", Gif(1024, 1024, 17, 1024), 0, 0},
+                                           LimitRow{"DecodedFramesAtTheLimit", Gif(1024, 1024, 16, 1024), 16, 1024},
+                                           LimitRow{"SmallFramesOnTheLargestScreen", Gif(1024, 1024, 1000), 1000, 1}),
+                         [](const ::testing::TestParamInfo<LimitRow>& row) { return std::string(row.param.name); });
 
 TEST(PageText, ShowsWindows1252) {
   EXPECT_EQ(FromPageText("\xA3"

@@ -24,15 +24,15 @@
 namespace gavelscope::ui {
 namespace {
 
-using net::Site;
 using query::CMySettings;
+using sites::Site;
 
 // The Sites' categories are filled in by hand. The UK Site stays unknown unless a test needs it, and
 // a query run waits for both Sites before it scans: a started run never reaches the network.
 class QueryDialogTest : public ::testing::Test {
  protected:
   QueryDialogTest() : m_controller(Config(), m_view, m_messages, m_browser) {
-    app::SiteCategories& usa = m_controller.Categories(Site::USA);
+    sites::SiteCategories& usa = m_controller.Categories(Site::USA);
     usa.arrCategoryNames = {"Antiques", "Art", "Toys & Hobbies"};
     usa.arrCategoryLinks = {"/antiques", "/art", "/toys"};
     usa.ready.Set();
@@ -40,13 +40,13 @@ class QueryDialogTest : public ::testing::Test {
 
   app::ControllerConfig Config() {
     app::ControllerConfig config;
-    config.profile = net::CompiledProfile();
+    config.profile = sites::CompiledProfile();
     config.cacheFolder = m_folder.path();
     return config;
   }
 
   void MakeUKKnown() {
-    app::SiteCategories& uk = m_controller.Categories(Site::UK);
+    sites::SiteCategories& uk = m_controller.Categories(Site::UK);
     uk.arrCategoryNames = {"Coins", "Stamps", "Toys"};
     uk.arrCategoryLinks = {"/coins", "/stamps", "/toys"};
     uk.ready.Set();
@@ -103,7 +103,7 @@ TEST_F(QueryDialogTest, OpensOnGreaterThanFiltersSortedByDateEndedOnTheUSASite) 
   expected.SetCategories({"Art"});
   EXPECT_EQ(Saved(dialog), expected);
   ASSERT_EQ(m_messages.fileChoices.size(), 1u);
-  const app::FileChoice& choice = m_messages.fileChoices[0];
+  const base::FileChoice& choice = m_messages.fileChoices[0];
   EXPECT_EQ(choice.title + choice.filter + choice.defaultSuffix,
             "Save New Gavelscope Query !Gavelscope Query File (*.sbqry)sbqry");
   EXPECT_TRUE(choice.save);

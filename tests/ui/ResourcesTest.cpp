@@ -12,7 +12,7 @@
 
 #include <string>
 
-#include "hotitems/GifBlocks.h"
+#include "banner/GifBlocks.h"
 #include "ui/AnimatedPicture.h"
 
 namespace gavelscope::ui {
@@ -25,11 +25,9 @@ struct Picture {
 };
 
 const Picture kPictures[] = {
-    {"background.png", {64, 64}, false}, {"stop-active.png", {48, 37}, false},
-    {"stop-idle.png", {48, 37}, false},  {"gavelscope.png", {48, 48}, false},
-    {"usa.gif", {40, 22}, false},        {"usaselected.gif", {40, 22}, true},
-    {"uk.gif", {40, 22}, false},         {"ukselected.gif", {40, 22}, true},
-    {"About.gif", {64, 64}, true},
+    {"background.png", {64, 64}, false}, {"stop-active.png", {48, 37}, false}, {"stop-idle.png", {48, 37}, false},
+    {"gavelscope.png", {48, 48}, false}, {"usa.gif", {40, 22}, false},         {"usaselected.gif", {40, 22}, true},
+    {"uk.gif", {40, 22}, false},         {"ukselected.gif", {40, 22}, true},   {"About.gif", {64, 64}, true},
 };
 
 // The window may be started from any folder, so every test runs from the root folder.
@@ -68,7 +66,7 @@ TEST_F(ResourcesTest, AnimationsCarryTheirTimingAndPlayInTheWindowsPicture) {
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QByteArray bytes = file.readAll();
     const std::string data(bytes.constData(), static_cast<std::size_t>(bytes.size()));
-    hotitems::GifBlockWalker walker(data);
+    banner::GifBlockWalker walker(data);
     std::size_t frames = 0;
     while (auto frame = walker.NextFrame()) {
       ++frames;

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Copyright 2026 The Gavelscope developers
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QMessageBox>
+#include <QPixmap>
+#include <QScreen>
+#include <QTimer>
+
+#include <clocale>
+#include <cstdlib>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "app/InstanceGuard.h"
+#include "app/Startup.h"
+#include "app/UserFolders.h"
+#include "base/UserMessages.h"
+#include "hotitems/ItemCompare.h"
+#include "standin/SandboxProcess.h"
+#include "ui/MainDialog.h"
+
+namespace {
+
+constexpr const char* kUsage =
+    "Usage: gavelscope [--connect-to HOST:PORT:ADDR:PORT]... [--sandbox] [--screenshot FILE]\n"
+    "\n"
+    "Opens the Gavelscope window. --connect-to sends connections meant for HOST:PORT to ADDR:PORT\n"
+    "(URLs and Host headers stay as they are); --sandbox starts the bundled stand-in sites.\n"
+    "--screenshot skips the welcome notice, saves a picture of the window to FILE (PNG) once the\n"
+    "start-up loads have finished, and closes the window.\n"
+    "For the command-line program, see gavelscope-cli --help.\n";
+
+bool HasDisplay() {
+  for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+    const char* value = std::getenv(name);
+    if (value != nullptr && value[0] != '\0') return true;
+  }
+  return false;
+}
+
+void Tell(const char* text) {
+  QMessageBox box(QMessageBox::Critical, QString::fromLatin1(gavelscope::base::text::kApplicationName),
+                  QString::fromLatin1(text), QMessageBox::Ok);
+  box.exec();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  using namespace gavelscope;
+  std::vector<std::string> connectTo;
+  bool sandbox = false;
+  QString screenshot;
+  for (int i = 1; i < argc; ++i) {
+    const std::string arg = argv[i];
+    if (arg == "--help" || arg == "-h") {
+      std::cout << kUsage;
+      return 0;
+    }
+    if (arg == "--version") {
+      std::cout << "gavelscope 2.0\n";
+      return 0;
+    }
+    if (arg == "--sandbox") {
+      sandbox = true;
+    } else if (arg == "--screenshot" && i + 1 < argc) {
+      screenshot = QString::fromLocal8Bit(argv[++i]);
+    } else if (arg == "--connect-to" && i + 1 < argc) {
+      connectTo.emplace_back(argv[++i]);
+    } else {
+      std::cerr << "gavelscope: unknown option: " << arg << "\n\n" << kUsage;
+      return 2;
+    }
+  }
+  if (!HasDisplay()) {
+    std::cerr << "gavelscope: no display to open the window on; gavelscope-cli runs without one\n";
+    return 1;
+  }
+  std::setlocale(LC_TIME, "");
+  QApplication application(argc, argv);
+
+  const app::InstanceGuard guard(app::RuntimeFolder());
+  if (guard.anotherInstanceRunning()) {
+    Tell(base::text::kAlreadyRunning);
+    return 0;
+  }
+  app::ControllerConfig config;
+  config.profile = sites::CompiledProfile();
+  config.net.connectTo = connectTo;
+  config.cacheFolder = app::CacheFolder();
+  config.dateOrder = hotitems::DateOrderFromLocale();
+  std::unique_ptr<standin::SandboxProcess> stand_in;
+  if (sandbox) {
+    std::string error;
+    standin::SandboxOptions options{GAVELSCOPE_SANDBOX_PYTHON, GAVELSCOPE_SANDBOX_SCRIPT, {}};
+    stand_in = standin::SandboxProcess::Start(options, error);
+    if (!stand_in) {
+      std::cerr << "gavelscope: cannot start the sandbox: " << error << '\n';
+      return 1;
+    }
+    config.net.connectTo.insert(config.net.connectTo.end(), stand_in->connectTo().begin(), stand_in->connectTo().end());
+  }
+  if (!app::ProbeConnectivity(config.profile, config.net)) {
+    Tell(base::text::kNoInternet);
+    return 0;
+  }
+  ui::CMainDialog window(config);
+  int exitCode = 0;
+  if (!screenshot.isEmpty()) {
+    window.mainView().SetRunCompleteHandler([&] {
+      // Queued behind the view refreshes that the last loads posted, so the picture shows them.
+      QTimer::singleShot(0, &window, [&] {
+        // Views lay out their rows late, from a timer of their own; the picture must not beat them.
+        for (QAbstractItemView* view : window.findChildren<QAbstractItemView*>()) view->doItemsLayout();
+        window.repaint();
+        if (!window.screen()->grabWindow(window.winId()).save(screenshot, "PNG")) {
+          std::cerr << "gavelscope: cannot save the screenshot to " << screenshot.toStdString() << '\n';
+          exitCode = 1;
+        }
+        window.close();
+      });
+    });
+  }
+  window.show();
+  window.Start(screenshot.isEmpty());
+  const int code = application.exec();
+  return exitCode != 0 ? exitCode : code;
+}
