@@ -30,9 +30,7 @@
 #include "hotitems/ItemListCtrl.h"
 #include "hotitems/LoadHotItemsThread.h"
 #include "net/FtpClient.h"
-#include "query/MySettings.h"
 #include "query/QueryFile.h"
-#include "query/RunSetup.h"
 #include "sites/SiteProfile.h"
 
 namespace {
@@ -109,8 +107,8 @@ int History(const net::NetOptions& options) {
 }
 
 int Query(const net::NetOptions& options, const std::string& file, const std::string& exportFile) {
-  query::CMySettings settings;
-  if (const net::NetResult loaded = query::LoadQueryFile(file, settings); !loaded) {
+  query::QuerySpec query;
+  if (const base::Outcome loaded = query::LoadQueryFile(file, query); !loaded) {
     std::cerr << loaded.error << '\n';
     return 1;
   }
@@ -130,12 +128,9 @@ int Query(const net::NetOptions& options, const std::string& file, const std::st
                          app::Load::HotItems}) {
     controller.LoadDone(load).Wait({});
   }
-  const sites::Site site = settings.m_bInternational ? sites::Site::USA : sites::Site::UK;
-  controller.Categories(site).ready.Wait({});
-  auto run = controller.NewQueryRun();
-  query::ConfigureRun(settings, controller.Categories(site), *run);
+  controller.Categories(query.site).ready.Wait({});
   const Clock::time_point start = Clock::now();
-  controller.StartQuery(std::move(run));
+  controller.StartQuery(query);
   controller.QueryEnded().Wait({});
   const double total = Seconds(Clock::now() - start);
   const std::string pages = view.Snapshot().editText[static_cast<std::size_t>(app::ViewId::PagesSearched)];

@@ -303,7 +303,7 @@ struct ScanTotals {
 // its title against the keywords and read the three filter values from what passes. The result list
 // itself is left out; filling it is measured with the lists.
 ScanTotals ScanListingPage(std::string_view page, const SiteConfig& site, bool uk, std::string_view keywords) {
-  namespace q = gavelscope::query;
+  namespace q = gavelscope::sites;
   ScanTotals totals;
   int s = Find(page, site.itemLinkPrefix, 0);
   int t = Find(page, ">", s);

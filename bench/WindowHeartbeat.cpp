@@ -24,9 +24,7 @@
 #include "base/Browser.h"
 #include "base/UserMessages.h"
 #include "hotitems/ItemCompare.h"
-#include "query/MySettings.h"
 #include "query/QueryFile.h"
-#include "query/RunSetup.h"
 #include "sites/SiteProfile.h"
 #include "ui/MainDialog.h"
 
@@ -105,8 +103,8 @@ int main(int argc, char** argv) {
       queryFile = arg;
     }
   }
-  query::CMySettings settings;
-  if (queryFile.empty() || !query::LoadQueryFile(queryFile, settings)) {
+  query::QuerySpec query;
+  if (queryFile.empty() || !query::LoadQueryFile(queryFile, query)) {
     std::fprintf(stderr, "usage: gavelscope_window_heartbeat [--connect-to HOST:PORT:ADDR:PORT]... FILE.sbqry\n");
     return 2;
   }
@@ -128,10 +126,7 @@ int main(int argc, char** argv) {
       started = true;
       heartbeat.EndPhase("start-up");
       // Started as the query dialog's Start Query starts it, once the start-up is in.
-      const sites::Site site = settings.m_bInternational ? sites::Site::USA : sites::Site::UK;
-      auto run = window.controller().NewQueryRun();
-      query::ConfigureRun(settings, window.controller().Categories(site), *run);
-      window.controller().StartQuery(std::move(run));
+      window.commands().StartQuery(query);
       QObject::connect(&queryWatch, &QTimer::timeout, [&] {
         if (!messages.searchComplete) return;
         queryWatch.stop();

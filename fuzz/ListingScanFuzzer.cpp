@@ -20,36 +20,30 @@
 #include "base/TextHelpers.h"
 #include "hotitems/HotItemRecord.h"
 #include "hotitems/ItemListCtrl.h"
-#include "query/CategoryScanJob.h"
+#include "query/QuerySpec.h"
 #include "sites/ListingScan.h"
 #include "sites/SiteProfile.h"
 
 namespace gavelscope::fuzz {
 namespace {
 
-query::NumericFilter ChooseFilter(FuzzedDataProvider& input) {
-  query::NumericFilter filter;
+query::FilterSpec ChooseFilter(FuzzedDataProvider& input) {
   switch (input.ConsumeIntegralInRange(0, 3)) {
     case 0:
-      filter.SetGreaterThan(-1);
-      break;
+      return {};
     case 1:
-      filter.SetGreaterThan(input.ConsumeIntegral<std::int32_t>());
-      break;
+      return query::FilterSpec::GreaterThan(input.ConsumeIntegral<std::int32_t>());
     case 2:
-      filter.SetLessThan(input.ConsumeIntegral<std::int32_t>());
-      break;
+      return query::FilterSpec::LessThan(input.ConsumeIntegral<std::int32_t>());
     default: {
       const auto low = input.ConsumeIntegral<std::int32_t>();
-      filter.SetRange(low, input.ConsumeIntegral<std::int32_t>());
+      return query::FilterSpec::Between(low, input.ConsumeIntegral<std::int32_t>());
     }
   }
-  return filter;
 }
 
 // The scan job's filter and result row, as CLoadEachCategoryHotItemsQueryThread applies them.
-void FilterAndAdd(const sites::ListingRow& row, const query::NumericFilter (&filters)[3],
-                  hotitems::CItemListCtrl& list) {
+void FilterAndAdd(const sites::ListingRow& row, const query::FilterSpec (&filters)[3], hotitems::CItemListCtrl& list) {
   if (row.link.empty() || row.timeLeft.empty() || row.title.empty() || row.price.empty()) return;
   const int price = sites::ParsePrice(row.price);
   if (price == -1) return;
@@ -79,8 +73,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static const sites::Profile profile = sites::CompiledProfile();
   FuzzedDataProvider input(data, size);
   const bool uk = input.ConsumeBool();
-  const query::NumericFilter filters[3] = {fuzz::ChooseFilter(input), fuzz::ChooseFilter(input),
-                                           fuzz::ChooseFilter(input)};
+  const query::FilterSpec filters[3] = {fuzz::ChooseFilter(input), fuzz::ChooseFilter(input),
+                                        fuzz::ChooseFilter(input)};
   const std::string keywords(base::TrimWhiteSpace(input.ConsumeRandomLengthString(64)));
   const std::string categoryLink = input.ConsumeRandomLengthString(256);
   const std::string page = input.ConsumeRemainingBytesAsString();

@@ -118,6 +118,17 @@ net::NetResult CMainCommands::ExportView(const std::filesystem::path& file) {
   return written;
 }
 
+bool CMainCommands::StartQuery(const query::QuerySpec& query) {
+  // The list is emptied even for a query that cannot start: the dialog asks again, on an empty list.
+  m_controller.QueryResults().ClearRecords();
+  if (query.categories.empty()) {
+    m_messages.Show(base::UserMessage{"Please enter at least one category.", base::text::kMessageTitle});
+    return false;
+  }
+  m_controller.StartQuery(query);
+  return true;
+}
+
 void CMainCommands::StopQuery() {
   if (!m_controller.IsQueryRunning()) {
     m_messages.Show(base::UserMessage{"There is no hot item query process to stop", "Gavelscope Error"});

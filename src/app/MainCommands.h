@@ -10,6 +10,7 @@
 #include "app/MainView.h"
 #include "app/RunController.h"
 #include "net/NetOptions.h"
+#include "query/QuerySpec.h"
 #include "sites/SiteProfile.h"
 
 namespace gavelscope::app {
@@ -45,6 +46,9 @@ class CMainCommands {
   // Writes the visible list's export into `file`; a file that cannot be written is reported and
   // keeps what it had.
   net::NetResult ExportView(const std::filesystem::path& file);
+  // What Start Query in the query dialog does: empties the result list and, when the query names a
+  // category, starts it; false (and the user told) when it names none.
+  bool StartQuery(const query::QuerySpec& query);
   void StopQuery();
   void OpenHomePage();
   void OpenMyEbay();

@@ -72,9 +72,10 @@ void CRunController::Start() {
   // UK first, then USA; each worker sets its Site's event by looking at its own address.
   const std::string ukRoot = m_config.profile.uk.listingRoot;
   const std::string usaRoot = m_config.profile.usa.listingRoot;
-  for (auto [target, root] : {std::pair{&m_categoriesUK, ukRoot}, {&m_categoriesUSA, usaRoot}}) {
-    const bool started =
-        m_threads.Start([this, target, root](std::stop_token stop) { LoadSiteCategories(*target, root, stop); });
+  for (const auto& site : {std::pair{&m_categoriesUK, ukRoot}, {&m_categoriesUSA, usaRoot}}) {
+    sites::SiteCategories* target = site.first;
+    const bool started = m_threads.Start(
+        [this, target, root = site.second](std::stop_token stop) { LoadSiteCategories(*target, root, stop); });
     // Without its thread the Site has no categories, as when its home page cannot be read.
     if (!started && !m_bShutDown) {
       OnThreadFinished();
@@ -233,8 +234,12 @@ void CRunController::SetQueryRunning(bool running) {
   m_view.SetStopButtonBitmap(running ? kBitmapQueryRunning : kBitmapQueryIdle);
 }
 
-std::unique_ptr<query::CInitialiseHotItemQueryThread> CRunController::NewQueryRun() {
-  auto run = std::make_unique<query::CInitialiseHotItemQueryThread>(*this, m_config.profile, m_config.net);
+std::unique_ptr<query::CInitialiseHotItemQueryThread> CRunController::NewQueryRun(query::QuerySpec query) {
+  // The names are written once, before the Site's event is set, and read only after it.
+  const sites::SiteCategories& site = Categories(query.site);
+  if (site.ready.IsSet()) query.categories = query::CategoryLinks(query.categories, site);
+  auto run =
+      std::make_unique<query::CInitialiseHotItemQueryThread>(*this, m_config.profile, m_config.net, std::move(query));
   run->SetPollInterval(m_config.queryPollInterval);
   run->SetHistoryFile(m_config.cacheFolder / m_config.profile.vendor.historyFileName);
   return run;

@@ -29,6 +29,7 @@
 #include "net/PageFetcher.h"
 #include "query/QueryHost.h"
 #include "query/QueryRun.h"
+#include "query/QuerySpec.h"
 #include "sites/SiteCategories.h"
 #include "sites/SiteProfile.h"
 
@@ -86,11 +87,14 @@ class CRunController : public base::IRunEvents, public base::IPageSource, public
   std::mutex& ResultListBusy() override { return m_bResultListBusy; }
   base::IUserMessages& Messages() override { return m_messages; }
 
-  // A query run configured for this window, to be handed to StartQuery.
-  std::unique_ptr<query::CInitialiseHotItemQueryThread> NewQueryRun();
+  // A run of `query` configured for this controller, to be handed to StartQuery. Its category names
+  // become the Site's links when the Site's categories are known; until then they are looked for on
+  // the home page as they are.
+  std::unique_ptr<query::CInitialiseHotItemQueryThread> NewQueryRun(query::QuerySpec query);
   // Empties the result list, marks the query running and starts the run (a run still alive is
   // stopped and joined first).
   void StartQuery(std::unique_ptr<query::CInitialiseHotItemQueryThread> run);
+  void StartQuery(query::QuerySpec query) { StartQuery(NewQueryRun(std::move(query))); }
   // True while a query run is alive, stopped or not.
   bool IsQueryAlive() const { return m_queryAlive.load(); }
   // Set when the last started query run has ended.
@@ -108,6 +112,9 @@ class CRunController : public base::IRunEvents, public base::IPageSource, public
   }
   hotitems::CItemListCtrl& HotItemList(sites::Site site) {
     return site == sites::Site::USA ? m_listHotItemsUSA : m_listHotItemsUK;
+  }
+  const sites::SiteCategories& Categories(sites::Site site) const {
+    return site == sites::Site::USA ? m_categoriesUSA : m_categoriesUK;
   }
   sites::SiteCategories& Categories(sites::Site site) {
     return site == sites::Site::USA ? m_categoriesUSA : m_categoriesUK;

@@ -16,7 +16,6 @@
 #include "base/ListCommands.h"
 #include "base/UserMessages.h"
 #include "query/QueryFile.h"
-#include "query/RunSetup.h"
 
 namespace gavelscope::cli {
 
@@ -160,14 +159,11 @@ int PrintHistory(app::CRunController& controller, const CliRequest& request, std
   return WriteExport(controller.HotItemList(request.site).ExportText(), request.exportFile, messages, out, err);
 }
 
-int RunQuery(app::CRunController& controller, const query::CMySettings& settings, const CliRequest& request,
+int RunQuery(app::CRunController& controller, const query::QuerySpec& query, const CliRequest& request,
              std::stop_token stop, base::IUserMessages& messages, std::ostream& out, std::ostream& err) {
-  const sites::Site site = settings.m_bInternational ? sites::Site::USA : sites::Site::UK;
   // The names become links once the site's categories are known, as when the dialog starts a query.
-  if (!controller.Categories(site).ready.Wait(stop)) return kExitFailure;
-  auto run = controller.NewQueryRun();
-  query::ConfigureRun(settings, controller.Categories(site), *run);
-  controller.StartQuery(std::move(run));
+  if (!controller.Categories(query.site).ready.Wait(stop)) return kExitFailure;
+  controller.StartQuery(query);
   if (!controller.QueryEnded().Wait(stop)) return kExitFailure;
   return WriteExport(controller.QueryResults().ExportText(), request.exportFile, messages, out, err);
 }
@@ -291,22 +287,28 @@ int RunCli(const std::vector<std::string>& args, const CliEnvironment& environme
   }
 
   if (request->command == "query-new") {
-    const net::NetResult saved = query::SaveQueryFile(request->choices.output, SettingsFromChoices(request->choices));
+    const base::Outcome saved = query::SaveQueryFile(request->choices.output, request->choices.query);
     if (!saved) err << "Cannot Save To File : " << request->choices.output.string() << ": " << saved.error << '\n';
     return saved ? kExitOk : kExitFailure;
   }
-  query::CMySettings settings;
+  if (request->command == "query-show") {
+    std::string description;
+    const base::Outcome read = query::DescribeQueryFile(*request->queryFile, description);
+    if (!read) {
+      err << read.error << '\n';
+      return kExitFailure;
+    }
+    out << description;
+    out.flush();
+    return out ? kExitOk : kExitFailure;
+  }
+  query::QuerySpec query;
   if (request->queryFile) {
-    const net::NetResult loaded = query::LoadQueryFile(*request->queryFile, settings);
+    const base::Outcome loaded = query::LoadQueryFile(*request->queryFile, query);
     if (!loaded) {
       err << loaded.error << '\n';
       return kExitFailure;
     }
-  }
-  if (request->command == "query-show") {
-    out << query::DescribeSettings(settings);
-    out.flush();
-    return out ? kExitOk : kExitFailure;
   }
 
   app::ControllerConfig config;
@@ -348,7 +350,7 @@ int RunCli(const std::vector<std::string>& args, const CliEnvironment& environme
   } else if (request->command == "history") {
     status = PrintHistory(controller, *request, stop, messages, out, err);
   } else if (request->command == "query") {
-    status = RunQuery(controller, settings, *request, stop, messages, out, err);
+    status = RunQuery(controller, query, *request, stop, messages, out, err);
   } else {
     status = PrintCategories(controller, request->site, stop, out);
   }

@@ -19,56 +19,24 @@ constexpr std::chrono::milliseconds kPauseAfterListing{100};
 
 }  // namespace
 
-void NumericFilter::SetGreaterThan(std::int32_t n) {
-  if (n != -1) {
-    greater = true;
-    greaterThan = n;
-    any = false;
-  } else if (!greater && !less && !range) {
-    any = true;
-  }
-}
-
-void NumericFilter::SetLessThan(std::int32_t n) {
-  if (n != -1) {
-    less = true;
-    lessThan = n;
-    any = false;
-  } else if (!greater && !less && !range) {
-    any = true;
-  }
-}
-
-void NumericFilter::SetRange(std::int32_t low, std::int32_t high) {
-  if (low != -1 || high != -1) {
-    range = true;
-    from = low;
-    to = high;
-    any = false;
-  } else if (!greater && !less && !range) {
-    any = true;
-  }
-}
-
-bool NumericFilter::Passes(std::int32_t value) const {
-  if (any) return true;
-  if (greater) return value > greaterThan;
-  if (less) return value < lessThan;
-  if (range) return from <= value && value <= to;
-  return true;
-}
-
 CLoadEachCategoryHotItemsQueryThread::CLoadEachCategoryHotItemsQueryThread(IQueryHost& host,
                                                                            const sites::Profile& profile,
-                                                                           net::NetOptions options)
-    : m_host(host), m_profile(profile), m_options(std::move(options)) {}
+                                                                           net::NetOptions options,
+                                                                           const QuerySpec& query,
+                                                                           std::string categoryLink)
+    : m_host(host),
+      m_profile(profile),
+      m_options(std::move(options)),
+      m_strCategoryLink(std::move(categoryLink)),
+      m_site(query.site),
+      m_strKeywords(base::TrimWhiteSpace(query.keywords)),
+      m_nPageDepth(query.pageDepth),
+      m_bids(query.bids),
+      m_price(query.price),
+      m_days(query.days) {}
 
 CLoadEachCategoryHotItemsQueryThread::~CLoadEachCategoryHotItemsQueryThread() {
   m_bFinished = true;
-}
-
-void CLoadEachCategoryHotItemsQueryThread::SetKeywords(std::string_view keywords) {
-  m_strKeywords = std::string(base::TrimWhiteSpace(keywords));
 }
 
 bool CLoadEachCategoryHotItemsQueryThread::Running(const std::stop_token& stop) const {

@@ -2,12 +2,14 @@
 // Copyright 2026 The Gavelscope developers
 #include "query/QueryFile.h"
 
+#include <array>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "base/Archive.h"
 #include "base/Files.h"
+#include "net/NetOptions.h"
 #include "query/CategoryNameObject.h"
 
 namespace gavelscope::query {
@@ -200,17 +202,148 @@ bool LoadQueryBytes(std::string bytes, CMySettings& out, std::string& error) {
   return true;
 }
 
-net::NetResult SaveQueryFile(const std::filesystem::path& file, const CMySettings& settings) {
-  return base::WriteWholeFile(file, SaveQueryBytes(settings));
-}
+namespace {
 
-net::NetResult LoadQueryFile(const std::filesystem::path& file, CMySettings& out) {
-  const net::NetResult failed{false, "Cannot Load File : " + file.string()};
+base::Outcome LoadSettingsFile(const std::filesystem::path& file, CMySettings& out) {
+  const base::Outcome failed{false, "Cannot Load File : " + file.string()};
   std::string bytes;
   std::string ignored;
   if (!base::ReadWholeFile(file, net::limits::kMaxQueryFileBytes, bytes, ignored)) return failed;
   if (!LoadQueryBytes(std::move(bytes), out, ignored)) return failed;
   return {true, {}};
+}
+
+// The fields of one filter group in a settings object, in the order greater, less, range.
+struct GroupFields {
+  std::int32_t CMySettings::*flag;
+  std::array<std::int32_t CMySettings::*, 3> tests;
+  std::array<std::int32_t CMySettings::*, 4> bounds;  // greater, less, from, to
+  void (CMySettings::*setGreater)(std::int32_t);
+  void (CMySettings::*setLess)(std::int32_t);
+  void (CMySettings::*setRange)(std::int32_t, std::int32_t);
+};
+
+constexpr GroupFields kBidFields{
+    &CMySettings::m_bBidFilter,
+    {&CMySettings::m_bBidsGreater, &CMySettings::m_bBidsLess, &CMySettings::m_bBidsRange},
+    {&CMySettings::m_nBidsGreater, &CMySettings::m_nBidsLess, &CMySettings::m_nBidsFrom, &CMySettings::m_nBidsTo},
+    &CMySettings::SetBidsGreaterThan,
+    &CMySettings::SetBidsLessThan,
+    &CMySettings::SetBidsRange};
+constexpr GroupFields kDayFields{
+    &CMySettings::m_bDaysFilter,
+    {&CMySettings::m_bDaysGreater, &CMySettings::m_bDaysLess, &CMySettings::m_bDaysRange},
+    {&CMySettings::m_nDaysGreater, &CMySettings::m_nDaysLess, &CMySettings::m_nDaysFrom, &CMySettings::m_nDaysTo},
+    &CMySettings::SetDaysGreaterThan,
+    &CMySettings::SetDaysLessThan,
+    &CMySettings::SetDaysRange};
+constexpr GroupFields kPriceFields{
+    &CMySettings::m_bPriceFilter,
+    {&CMySettings::m_bPriceGreater, &CMySettings::m_bPriceLess, &CMySettings::m_bPriceRange},
+    {&CMySettings::m_nPriceGreater, &CMySettings::m_nPriceLess, &CMySettings::m_nPriceFrom, &CMySettings::m_nPriceTo},
+    &CMySettings::SetPriceGreaterThan,
+    &CMySettings::SetPriceLessThan,
+    &CMySettings::SetPriceRange};
+
+void StoreFilter(const FilterSpec& filter, const GroupFields& fields, CMySettings& settings) {
+  switch (filter.test) {
+    case FilterSpec::Test::Any:
+      break;
+    case FilterSpec::Test::Greater:
+      (settings.*fields.setGreater)(filter.greater);
+      break;
+    case FilterSpec::Test::Less:
+      (settings.*fields.setLess)(filter.less);
+      break;
+    case FilterSpec::Test::Range:
+      (settings.*fields.setRange)(filter.from, filter.to);
+      break;
+  }
+}
+
+FilterSpec ReadFilter(const CMySettings& settings, const GroupFields& fields) {
+  FilterSpec filter{FilterSpec::Test::Any, settings.*fields.bounds[0], settings.*fields.bounds[1],
+                    settings.*fields.bounds[2], settings.*fields.bounds[3]};
+  if (settings.*fields.flag == 0) return filter;
+  constexpr FilterSpec::Test kTests[] = {FilterSpec::Test::Greater, FilterSpec::Test::Less, FilterSpec::Test::Range};
+  for (std::size_t t = 0; t < fields.tests.size(); ++t) {
+    if (settings.*fields.tests[t] != 0) {
+      filter.test = kTests[t];
+      break;
+    }
+  }
+  return filter;
+}
+
+}  // namespace
+
+CMySettings SettingsFromQuery(const QuerySpec& query) {
+  CMySettings settings;
+  settings.SetKeywords(query.keywords);
+  settings.SetPageDepth(query.pageDepth);
+  if (query.site == sites::Site::USA) settings.SetCountry(1);
+  StoreFilter(query.bids, kBidFields, settings);
+  StoreFilter(query.days, kDayFields, settings);
+  StoreFilter(query.price, kPriceFields, settings);
+  if (!query.ascending) settings.SetAscending(0);
+  switch (query.sort) {
+    case SortColumn::None:
+      break;
+    case SortColumn::DateEnded:
+      settings.SetSortByDateEnded(1);
+      break;
+    case SortColumn::Title:
+      settings.SetSortByTitle(1);
+      break;
+    case SortColumn::Price:
+      settings.SetSortByPrice(1);
+      break;
+    case SortColumn::Bids:
+      settings.SetSortByBids(1);
+      break;
+  }
+  settings.SetCategories(query.categories);
+  return settings;
+}
+
+QuerySpec QueryFromSettings(const CMySettings& settings) {
+  QuerySpec query;
+  query.site = settings.m_bInternational ? sites::Site::USA : sites::Site::UK;
+  query.keywords = settings.m_strKeywords;
+  query.pageDepth = settings.m_nPageDepth;
+  query.categories = settings.m_categories;
+  query.bids = ReadFilter(settings, kBidFields);
+  query.days = ReadFilter(settings, kDayFields);
+  query.price = ReadFilter(settings, kPriceFields);
+  if (settings.m_bSortDateEnded) {
+    query.sort = SortColumn::DateEnded;
+  } else if (settings.m_bSortTitle) {
+    query.sort = SortColumn::Title;
+  } else if (settings.m_bSortPrice) {
+    query.sort = SortColumn::Price;
+  } else if (settings.m_bSortBids) {
+    query.sort = SortColumn::Bids;
+  }
+  query.ascending = settings.m_bAscending != 0;
+  return query;
+}
+
+base::Outcome SaveQueryFile(const std::filesystem::path& file, const QuerySpec& query) {
+  return base::WriteWholeFile(file, SaveQueryBytes(SettingsFromQuery(query)));
+}
+
+base::Outcome LoadQueryFile(const std::filesystem::path& file, QuerySpec& out) {
+  CMySettings settings;
+  base::Outcome loaded = LoadSettingsFile(file, settings);
+  if (loaded) out = QueryFromSettings(settings);
+  return loaded;
+}
+
+base::Outcome DescribeQueryFile(const std::filesystem::path& file, std::string& description) {
+  CMySettings settings;
+  base::Outcome loaded = LoadSettingsFile(file, settings);
+  if (loaded) description = DescribeSettings(settings);
+  return loaded;
 }
 
 std::string DescribeSettings(const CMySettings& s) {

@@ -22,10 +22,11 @@ constexpr int kPublishAttempts = 30;
 }  // namespace
 
 CInitialiseHotItemQueryThread::CInitialiseHotItemQueryThread(IQueryHost& host, sites::Profile profile,
-                                                             net::NetOptions options)
+                                                             net::NetOptions options, QuerySpec query)
     : m_host(host),
       m_profile(std::move(profile)),
       m_options(std::move(options)),
+      m_query(std::move(query)),
       m_startThread([](std::function<void()> body) { return std::jthread(std::move(body)); }) {}
 
 CInitialiseHotItemQueryThread::~CInitialiseHotItemQueryThread() {
@@ -38,43 +39,14 @@ int CInitialiseHotItemQueryThread::MostJobsAtOnce() const {
   return m_mostJobsAtOnce;
 }
 
-void CInitialiseHotItemQueryThread::SetBidsRange(std::int32_t from, std::int32_t to) {
-  m_nBidsFrom = from;
-  m_nBidsTo = to;
-}
-
-void CInitialiseHotItemQueryThread::SetPriceRange(std::int32_t from, std::int32_t to) {
-  m_nPriceFrom = from;
-  m_nPriceTo = to;
-}
-
-void CInitialiseHotItemQueryThread::SetDaysRange(std::int32_t from, std::int32_t to) {
-  m_nDaysFrom = from;
-  m_nDaysTo = to;
-}
-
 void CInitialiseHotItemQueryThread::RunQuery(std::stop_token stop) {
   // The jobs read both sites' home pages and category data, whichever site the query is for.
   if (!m_host.SiteData(sites::Site::UK).ready.Wait(stop) || !m_host.SiteData(sites::Site::USA).ready.Wait(stop)) return;
 
-  for (const std::string& link : m_categories) {
-    auto job = std::make_unique<CLoadEachCategoryHotItemsQueryThread>(m_host, m_profile, m_options);
-    job->SetCategoryLink(link);
-    job->SetKeywords(m_strKeywords);
-    job->SetPageDepth(m_nPageDepth);
-    job->SetCountry(m_bInternational);
-    job->SetBidsGreaterThan(m_nBidsGreater);
-    job->SetPriceGreaterThan(m_nPriceGreater);
-    job->SetDaysGreaterThan(m_nDaysGreater);
-    job->SetBidsLessThan(m_nBidsLess);
-    job->SetPriceLessThan(m_nPriceLess);
-    job->SetDaysLessThan(m_nDaysLess);
-    job->SetBidsRange(m_nBidsFrom, m_nBidsTo);
-    job->SetPriceRange(m_nPriceFrom, m_nPriceTo);
-    job->SetDaysRange(m_nDaysFrom, m_nDaysTo);
-    m_arrJobs.push_back(std::move(job));
+  for (const std::string& link : m_query.categories) {
+    m_arrJobs.push_back(
+        std::make_unique<CLoadEachCategoryHotItemsQueryThread>(m_host, m_profile, m_options, m_query, link));
   }
-  m_categories.clear();
   m_jobThreads.resize(m_arrJobs.size());
   for (std::size_t index = 0; index < m_arrJobs.size(); ++index) {
     if (!WaitForJobSlot(stop)) break;
@@ -103,17 +75,10 @@ void CInitialiseHotItemQueryThread::RunQuery(std::stop_token stop) {
     if (thread.joinable()) thread.join();
   }
 
-  int column = -1;
-  if (m_bSortDateEnded) {
-    column = 0;
-  } else if (m_bSortTitle) {
-    column = 1;
-  } else if (m_bSortPrice) {
-    column = 2;
-  } else if (m_bSortBids) {
-    column = 3;
+  // The list's columns: time left, title, price, bids.
+  if (m_query.sort != SortColumn::None) {
+    m_host.QueryResults().SortItems(static_cast<int>(m_query.sort) - 1, m_query.ascending);
   }
-  if (column != -1) m_host.QueryResults().SortItems(column, m_bAscending != 0);
 
   if (!stop.stop_requested() && m_host.IsQueryRunning()) {
     m_host.SetQueryRunning(false);

@@ -17,6 +17,7 @@
 #include "net/NetOptions.h"
 #include "query/CategoryScanJob.h"
 #include "query/QueryHost.h"
+#include "query/QuerySpec.h"
 #include "sites/SiteProfile.h"
 
 namespace gavelscope::query {
@@ -36,35 +37,17 @@ class CInitialiseHotItemQueryThread {
   // Makes the thread that runs one job; throws std::system_error when the system has none to give.
   using ThreadStarter = std::function<std::jthread(std::function<void()>)>;
 
-  CInitialiseHotItemQueryThread(IQueryHost& host, sites::Profile profile, net::NetOptions options);
+  // `query` carries the links of its categories (CategoryLinks), not their names.
+  CInitialiseHotItemQueryThread(IQueryHost& host, sites::Profile profile, net::NetOptions options, QuerySpec query);
   ~CInitialiseHotItemQueryThread();
 
-  void SetKeywords(std::string keywords) { m_strKeywords = std::move(keywords); }
-  void SetPageDepth(std::int32_t depth) { m_nPageDepth = depth; }
-  void SetCountry(std::int32_t international) { m_bInternational = international; }
-  void SetBidsGreaterThan(std::int32_t n) { m_nBidsGreater = n; }
-  void SetBidsLessThan(std::int32_t n) { m_nBidsLess = n; }
-  void SetBidsRange(std::int32_t from, std::int32_t to);
-  void SetPriceGreaterThan(std::int32_t n) { m_nPriceGreater = n; }
-  void SetPriceLessThan(std::int32_t n) { m_nPriceLess = n; }
-  void SetPriceRange(std::int32_t from, std::int32_t to);
-  void SetDaysGreaterThan(std::int32_t n) { m_nDaysGreater = n; }
-  void SetDaysLessThan(std::int32_t n) { m_nDaysLess = n; }
-  void SetDaysRange(std::int32_t from, std::int32_t to);
-  void SetAscending(std::int32_t ascending) { m_bAscending = ascending; }
-  void SetSortByPrice(std::int32_t on) { m_bSortPrice = on; }
-  void SetSortByBids(std::int32_t on) { m_bSortBids = on; }
-  void SetSortByTitle(std::int32_t on) { m_bSortTitle = on; }
-  void SetSortByDateEnded(std::int32_t on) { m_bSortDateEnded = on; }
-  // The category links to scan.
-  void SetCategories(std::vector<std::string> links) { m_categories = std::move(links); }
   void SetPollInterval(std::chrono::milliseconds interval) { m_pollInterval = interval; }
   // A running process cannot be made to run out of threads on demand; tests hand in a starter that does.
   void SetThreadStarter(ThreadStarter starter) { m_startThread = std::move(starter); }
   // The local copy of the shared history that publishing appends to.
   void SetHistoryFile(std::filesystem::path file) { m_historyFile = std::move(file); }
 
-  std::int32_t international() const { return m_bInternational; }
+  const QuerySpec& query() const { return m_query; }
   const std::vector<std::unique_ptr<CLoadEachCategoryHotItemsQueryThread>>& jobs() const { return m_arrJobs; }
   // How many polls found a job still running; tells tests the run waited for the slowest.
   int PollsMade() const { return m_polls; }
@@ -94,15 +77,7 @@ class CInitialiseHotItemQueryThread {
   ThreadStarter m_startThread;
   // One per job, by index; empty until the job starts and again once joined.
   std::vector<std::jthread> m_jobThreads;
-  std::int32_t m_bInternational = 0;
-  std::string m_strKeywords;
-  std::int32_t m_nPageDepth = 1;
-  std::vector<std::string> m_categories;
-  std::int32_t m_nBidsGreater = -1, m_nBidsLess = -1, m_nBidsFrom = -1, m_nBidsTo = -1;
-  std::int32_t m_nPriceGreater = -1, m_nPriceLess = -1, m_nPriceFrom = -1, m_nPriceTo = -1;
-  std::int32_t m_nDaysGreater = -1, m_nDaysLess = -1, m_nDaysFrom = -1, m_nDaysTo = -1;
-  std::int32_t m_bAscending = 1;
-  std::int32_t m_bSortPrice = 0, m_bSortBids = 0, m_bSortTitle = 0, m_bSortDateEnded = 0;
+  QuerySpec m_query;
   std::chrono::milliseconds m_pollInterval{15000};
   std::filesystem::path m_historyFile;
   int m_polls = 0;

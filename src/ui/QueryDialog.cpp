@@ -18,18 +18,15 @@
 #include <QPushButton>
 #include <QRadioButton>
 
+#include "base/TextHelpers.h"
 #include "query/QueryFile.h"
-#include "query/RunSetup.h"
 #include "ui/ControlModels.h"
 
 namespace gavelscope::ui {
 
 namespace {
 
-using query::CMySettings;
-
 constexpr const char* kTitle = "Gavelscope - Please input a new Hot Item Query for real time search";
-constexpr const char* kNoCategory = "Please enter at least one category.";
 constexpr const char* kErrorTitle = "Gavelscope Error !";
 constexpr const char* kQueryFilter = "Gavelscope Query File (*.sbqry)";
 constexpr const char* kQuerySuffix = "sbqry";
@@ -86,42 +83,33 @@ constexpr std::array<FilterLayout, 3> kFilterLayouts{{
      "Any Price Range"},
 }};
 
-// Where each filter box's query lives in a settings object and in the members, in the order of
+// Where each filter box's query lives in a query and in the members, in the order of
 // FilterLayout's radios and edits.
 struct FilterFields {
-  void (CMySettings::*setGreater)(std::int32_t);
-  void (CMySettings::*setLess)(std::int32_t);
-  void (CMySettings::*setRange)(std::int32_t, std::int32_t);
-  std::int32_t CMySettings::*filter;
-  std::array<std::int32_t CMySettings::*, 3> tests;
-  std::array<std::int32_t CMySettings::*, 4> bounds;
+  query::FilterSpec query::QuerySpec::*filter;
   std::array<std::int32_t QueryMembers::*, 4> members;
 };
 
-const std::array<FilterFields, 3> kFilterFields{{
-    {&CMySettings::SetBidsGreaterThan,
-     &CMySettings::SetBidsLessThan,
-     &CMySettings::SetBidsRange,
-     &CMySettings::m_bBidFilter,
-     {&CMySettings::m_bBidsGreater, &CMySettings::m_bBidsLess, &CMySettings::m_bBidsRange},
-     {&CMySettings::m_nBidsGreater, &CMySettings::m_nBidsLess, &CMySettings::m_nBidsFrom, &CMySettings::m_nBidsTo},
+constexpr std::array<FilterFields, 3> kFilterFields{{
+    {&query::QuerySpec::bids,
      {&QueryMembers::m_nBidsGreater, &QueryMembers::m_nBidsLess, &QueryMembers::m_nBidsFrom, &QueryMembers::m_nBidsTo}},
-    {&CMySettings::SetDaysGreaterThan,
-     &CMySettings::SetDaysLessThan,
-     &CMySettings::SetDaysRange,
-     &CMySettings::m_bDaysFilter,
-     {&CMySettings::m_bDaysGreater, &CMySettings::m_bDaysLess, &CMySettings::m_bDaysRange},
-     {&CMySettings::m_nDaysGreater, &CMySettings::m_nDaysLess, &CMySettings::m_nDaysFrom, &CMySettings::m_nDaysTo},
+    {&query::QuerySpec::days,
      {&QueryMembers::m_nDaysGreater, &QueryMembers::m_nDaysLess, &QueryMembers::m_nDaysFrom, &QueryMembers::m_nDaysTo}},
-    {&CMySettings::SetPriceGreaterThan,
-     &CMySettings::SetPriceLessThan,
-     &CMySettings::SetPriceRange,
-     &CMySettings::m_bPriceFilter,
-     {&CMySettings::m_bPriceGreater, &CMySettings::m_bPriceLess, &CMySettings::m_bPriceRange},
-     {&CMySettings::m_nPriceGreater, &CMySettings::m_nPriceLess, &CMySettings::m_nPriceFrom, &CMySettings::m_nPriceTo},
+    {&query::QuerySpec::price,
      {&QueryMembers::m_nPriceGreater, &QueryMembers::m_nPriceLess, &QueryMembers::m_nPriceFrom,
       &QueryMembers::m_nPriceTo}},
 }};
+
+// A filter's bounds in the order of the edits: greater, less, from, to.
+std::array<std::int32_t, 4> Bounds(const query::FilterSpec& filter) {
+  return {filter.greater, filter.less, filter.from, filter.to};
+}
+
+constexpr std::array<query::FilterSpec::Test, 3> kTests{query::FilterSpec::Test::Greater, query::FilterSpec::Test::Less,
+                                                        query::FilterSpec::Test::Range};
+// The sort radios in their order: date ended, item title, price, bids.
+constexpr std::array<query::SortColumn, 4> kSortColumns{query::SortColumn::DateEnded, query::SortColumn::Title,
+                                                        query::SortColumn::Price, query::SortColumn::Bids};
 
 // A number member with the field it is exchanged with, in exchange order. The price "greater than"
 // edit is the one number that is not range-checked.
@@ -185,8 +173,13 @@ std::string FullPath(const std::filesystem::path& file) {
 
 }  // namespace
 
-CQueryDialog::CQueryDialog(app::CRunController& controller, base::IUserMessages& messages, QWidget* parent)
-    : QDialog(parent), m_controller(controller), m_messages(messages) {
+CQueryDialog::CQueryDialog(const sites::Profile& profile, CategoryNames categoryNames, Start start,
+                           base::IUserMessages& messages, QWidget* parent)
+    : QDialog(parent),
+      m_profile(profile),
+      m_categoryNames(std::move(categoryNames)),
+      m_start(std::move(start)),
+      m_messages(messages) {
   setWindowTitle(QString::fromLatin1(kTitle));
   QFont face(QStringLiteral("Arial"));
   face.setPixelSize(11);
@@ -324,7 +317,7 @@ void CQueryDialog::MakeLowerControls() {
 
   // The currency labels follow the Site; the dialog opens on the USA Site.
   for (QLabel* label : m_currency) {
-    label->setText(QString::fromStdString(m_controller.config().profile.usa.currency));
+    label->setText(QString::fromStdString(m_profile.usa.currency));
   }
 }
 
@@ -379,16 +372,13 @@ void CQueryDialog::OnAnyRange(FilterGroup& group, bool checked) {
 
 void CQueryDialog::OnCountry(sites::Site site) {
   FillCategoryList(site);
-  const QString currency = QString::fromStdString(m_controller.config().profile.site(site).currency);
+  const QString currency = QString::fromStdString(m_profile.site(site).currency);
   for (QLabel* label : m_currency) label->setText(currency);
 }
 
 void CQueryDialog::FillCategoryList(sites::Site site) {
   m_categories->clear();
-  // The names are written once, before the Site's event is set; until then the list stays empty.
-  const sites::SiteCategories& categories = m_controller.Categories(site);
-  if (!categories.ready.IsSet()) return;
-  for (const std::string& name : categories.arrCategoryNames) {
+  for (const std::string& name : m_categoryNames(site)) {
     auto* item = new QListWidgetItem(FromPageText(name), m_categories);
     // The bytes themselves, so that a name goes back to the query exactly as the site wrote it.
     item->setData(Qt::UserRole, QByteArray::fromStdString(name));
@@ -400,10 +390,10 @@ bool CQueryDialog::ExchangeIn() {
   for (const NumberField& field : kNumberFields) {
     QLineEdit* source = edit(field.id);
     const std::optional<std::int32_t> value = WholeNumber(source->text());
-    if (value && (!field.ranged || (*value >= field.low && *value <= field.high))) {
-      m_members.*field.member = *value;
-      continue;
-    }
+    // A number is stored before its range is checked, so the field keeps what was typed even when
+    // the check then stops the exchange.
+    if (value) m_members.*field.member = *value;
+    if (value && (!field.ranged || (*value >= field.low && *value <= field.high))) continue;
     std::string text = field.box;
     if (field.value != nullptr) text += std::string(" \"") + field.value + "\"";
     text += ": please enter a whole number";
@@ -442,30 +432,30 @@ sites::Site CQueryDialog::ChosenSite() const {
   return m_countryRadios[0]->isChecked() ? sites::Site::USA : sites::Site::UK;
 }
 
-CMySettings CQueryDialog::CollectQuery() const {
-  CMySettings settings;
-  settings.SetKeywords(m_members.m_strKeywords);
-  settings.SetPageDepth(m_members.m_nPageDepth);
-  if (m_countryRadios[0]->isChecked()) settings.SetCountry(1);
+query::QuerySpec CQueryDialog::CollectQuery() const {
+  query::QuerySpec query;
+  query.keywords = m_members.m_strKeywords;
+  query.pageDepth = m_members.m_nPageDepth;
+  query.site = ChosenSite();
   for (std::size_t g = 0; g < m_filters.size(); ++g) {
     const FilterGroup& group = m_filters[g];
-    const FilterFields& fields = kFilterFields[g];
+    query::FilterSpec& filter = query.*kFilterFields[g].filter;
     if (group.any->isChecked()) continue;
     // The edits' own texts, not the members: a field that failed its check still counts.
     const auto number = [&group](std::size_t e) { return LeadingInteger(group.edits[e]->text()); };
-    if (group.radios[0]->isChecked()) (settings.*fields.setGreater)(number(0));
-    if (group.radios[1]->isChecked()) (settings.*fields.setLess)(number(1));
-    if (group.radios[2]->isChecked()) (settings.*fields.setRange)(number(2), number(3));
+    if (group.radios[0]->isChecked()) filter = query::FilterSpec::GreaterThan(number(0));
+    if (group.radios[1]->isChecked()) filter = query::FilterSpec::LessThan(number(1));
+    if (group.radios[2]->isChecked()) filter = query::FilterSpec::Between(number(2), number(3));
   }
-  if (!m_ascending->isChecked()) settings.SetAscending(0);
-  if (m_sortRadios[3]->isChecked()) settings.SetSortByBids(1);
-  if (m_sortRadios[0]->isChecked()) settings.SetSortByDateEnded(1);
-  if (m_sortRadios[2]->isChecked()) settings.SetSortByPrice(1);
-  if (m_sortRadios[1]->isChecked()) settings.SetSortByTitle(1);
-  return settings;
+  query.ascending = m_ascending->isChecked();
+  for (std::size_t r = 0; r < m_sortRadios.size(); ++r) {
+    if (m_sortRadios[r]->isChecked()) query.sort = kSortColumns[r];
+  }
+  query.categories = SelectedNames();
+  return query;
 }
 
-void CQueryDialog::ApplyQuery(const CMySettings& settings) {
+void CQueryDialog::ApplyQuery(const query::QuerySpec& query) {
   for (FilterGroup& group : m_filters) {
     for (QRadioButton* radio : group.radios) radio->setChecked(false);
     for (QLineEdit* edit : group.edits) edit->setEnabled(false);
@@ -476,35 +466,31 @@ void CQueryDialog::ApplyQuery(const CMySettings& settings) {
 
   for (std::size_t g = 0; g < m_filters.size(); ++g) {
     FilterGroup& group = m_filters[g];
-    const FilterFields& fields = kFilterFields[g];
-    for (std::size_t b = 0; b < fields.bounds.size(); ++b) {
-      const std::int32_t bound = settings.*fields.bounds[b];
-      m_members.*fields.members[b] = bound == -1 ? 0 : bound;
+    const query::FilterSpec& filter = query.*kFilterFields[g].filter;
+    const std::array<std::int32_t, 4> bounds = Bounds(filter);
+    for (std::size_t b = 0; b < bounds.size(); ++b) {
+      m_members.*kFilterFields[g].members[b] = bounds[b] == -1 ? 0 : bounds[b];
     }
-    for (std::size_t t = 0; t < fields.tests.size(); ++t) {
-      if (settings.*fields.tests[t] == 0) continue;
+    for (std::size_t t = 0; t < kTests.size(); ++t) {
+      if (filter.test != kTests[t]) continue;
       group.radios[t]->setChecked(true);
       for (std::size_t e = 0; e < group.edits.size(); ++e) {
         if (EditGoesWith(t, e)) group.edits[e]->setEnabled(true);
       }
     }
   }
-  m_members.m_strKeywords = settings.GetKeywords();
-  m_members.m_nPageDepth = settings.m_nPageDepth;
+  m_members.m_strKeywords = std::string(base::TrimWhiteSpace(query.keywords));
+  m_members.m_nPageDepth = query.pageDepth;
 
-  const sites::Site site = settings.m_bInternational ? sites::Site::USA : sites::Site::UK;
-  m_countryRadios[site == sites::Site::USA ? 0 : 1]->setChecked(true);
-  OnCountry(site);
+  m_countryRadios[query.site == sites::Site::USA ? 0 : 1]->setChecked(true);
+  OnCountry(query.site);
 
-  if (settings.m_bSortDateEnded) m_sortRadios[0]->setChecked(true);
-  if (settings.m_bSortTitle) m_sortRadios[1]->setChecked(true);
-  if (settings.m_bSortBids) m_sortRadios[3]->setChecked(true);
-  if (settings.m_bSortPrice) m_sortRadios[2]->setChecked(true);
-  m_ascending->setChecked(settings.m_bAscending != 0);
+  for (std::size_t r = 0; r < m_sortRadios.size(); ++r) m_sortRadios[r]->setChecked(query.sort == kSortColumns[r]);
+  m_ascending->setChecked(query.ascending);
 
   for (std::size_t g = 0; g < m_filters.size(); ++g) {
     FilterGroup& group = m_filters[g];
-    const bool any = settings.*kFilterFields[g].filter == 0;
+    const bool any = (query.*kFilterFields[g].filter).test == query::FilterSpec::Test::Any;
     group.any->setChecked(any);
     if (any) {
       // Unchecking the box later offers the greater (more) than test.
@@ -513,7 +499,7 @@ void CQueryDialog::ApplyQuery(const CMySettings& settings) {
     }
   }
 
-  for (const std::string& name : settings.m_categories) {
+  for (const std::string& name : query.categories) {
     const QString prefix = FromPageText(name);
     for (int row = 0; row < m_categories->count(); ++row) {
       QListWidgetItem* item = m_categories->item(row);
@@ -529,20 +515,7 @@ void CQueryDialog::ApplyQuery(const CMySettings& settings) {
 void CQueryDialog::StartQuery() {
   // A field that fails its check is reported, and the query is started all the same.
   ExchangeIn();
-  m_controller.QueryResults().ClearRecords();
-  std::unique_ptr<query::CInitialiseHotItemQueryThread> run = m_controller.NewQueryRun();
-  CMySettings settings = CollectQuery();
-  settings.SetCategories(SelectedNames());
-  if (settings.m_categories.empty()) {
-    m_messages.Show(base::UserMessage{kNoCategory, base::text::kMessageTitle});
-    return;
-  }
-  // A Site whose categories are not known yet cannot turn names into links; the names go as they
-  // are, as for a name the Site does not list.
-  const sites::SiteCategories& categories = m_controller.Categories(ChosenSite());
-  sites::SiteCategories unknown;
-  query::ConfigureRun(settings, categories.ready.IsSet() ? categories : unknown, *run);
-  m_controller.StartQuery(std::move(run));
+  if (!m_start(CollectQuery())) return;
   // Closing checks the fields once more; a field still failing keeps the dialog open, though the
   // run has started.
   if (ExchangeIn()) accept();
@@ -553,9 +526,7 @@ void CQueryDialog::SaveQuery() {
       m_messages.ChooseFile(base::FileChoice{"Save New Gavelscope Query !", kQueryFilter, kQuerySuffix, /*save=*/true});
   if (!file) return;
   ExchangeIn();
-  CMySettings settings = CollectQuery();
-  settings.SetCategories(SelectedNames());
-  const net::NetResult saved = query::SaveQueryFile(*file, settings);
+  const base::Outcome saved = query::SaveQueryFile(*file, CollectQuery());
   ShowMembers();
   if (!saved) m_messages.Show(base::UserMessage{"Cannot Save To File : " + FullPath(*file), kErrorTitle});
 }
@@ -565,12 +536,12 @@ void CQueryDialog::LoadQuery() {
       base::FileChoice{"Choose New Gavelscope Query To Load !", kQueryFilter, kQuerySuffix, /*save=*/false});
   if (!file) return;
   ExchangeIn();
-  CMySettings settings;
-  if (!query::LoadQueryFile(*file, settings)) {
+  query::QuerySpec loaded;
+  if (!query::LoadQueryFile(*file, loaded)) {
     m_messages.Show(base::UserMessage{"Cannot Load File : " + FullPath(*file), kErrorTitle});
     return;
   }
-  ApplyQuery(settings);
+  ApplyQuery(loaded);
 }
 
 }  // namespace gavelscope::ui

@@ -68,9 +68,9 @@ enum QueryControl : int {
   kPageDepth = 1060,
 };
 
-// The values the edits held when they last passed their checks. The query itself is read from the
-// edits' texts; these are what the edits show again after a save or a load, so a field that failed
-// its check falls back to its last good value.
+// The values the edits held when they were last exchanged: what the edits show again after a save
+// or a load. A field that fails its check keeps the number typed into it, as long as it is one; the
+// fields after it keep what they had.
 struct QueryMembers {
   std::string m_strKeywords;
   std::int32_t m_nBidsFrom = 0;
@@ -89,16 +89,24 @@ struct QueryMembers {
 };
 
 // Defines a hot item query: three numeric filters, categories, keywords, Site, page depth and the
-// sort of the finished list. Start Query hands it to a new run of the controller and closes with
-// Accepted; Save Query and Load Query keep it in a query file.
+// sort of the finished list. Start Query hands the query to whoever opened the dialog and, when it
+// was started, closes with Accepted; Save Query and Load Query keep it in a query file.
 class CQueryDialog : public QDialog {
  public:
-  CQueryDialog(app::CRunController& controller, base::IUserMessages& messages, QWidget* parent = nullptr);
+  // The category names of a Site as its home page shows them; empty while they are not known.
+  using CategoryNames = std::function<std::vector<std::string>(sites::Site)>;
+  // Starts the query; false when it was not started, which keeps the dialog open.
+  using Start = std::function<bool(const query::QuerySpec&)>;
 
-  // The query the controls describe, without its categories.
-  query::CMySettings CollectQuery() const;
-  // Shows a saved query in the controls.
-  void ApplyQuery(const query::CMySettings& settings);
+  CQueryDialog(const sites::Profile& profile, CategoryNames categoryNames, Start start, base::IUserMessages& messages,
+               QWidget* parent = nullptr);
+
+  // The query the controls describe, categories included: each chosen test with the number its edit
+  // holds as text (a field that failed its check counts as typed), the other bounds not given.
+  query::QuerySpec CollectQuery() const;
+  // Shows a query in the controls: every bound of it in its edit, its tests, Site, sort and the
+  // categories whose names begin with its names.
+  void ApplyQuery(const query::QuerySpec& query);
 
   void StartQuery();
   void SaveQuery();
@@ -136,7 +144,9 @@ class CQueryDialog : public QDialog {
   std::vector<std::string> SelectedNames() const;
   sites::Site ChosenSite() const;
 
-  app::CRunController& m_controller;
+  const sites::Profile& m_profile;
+  CategoryNames m_categoryNames;
+  Start m_start;
   base::IUserMessages& m_messages;
   QueryMembers m_members;
   std::array<FilterGroup, 3> m_filters;            // bids, days, price

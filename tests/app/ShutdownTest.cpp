@@ -104,11 +104,11 @@ TEST_F(ShutdownUnderLoad, DuringARefresh) {
 TEST_F(ShutdownUnderLoad, DuringAQuery) {
   ExpectQuickShutdowns(Config(m_cache.path()), [](CRunController& controller) {
     ASSERT_TRUE(controller.Categories(Site::USA).ready.Wait({}));
-    auto run = controller.NewQueryRun();
-    run->SetCountry(1);
-    run->SetPageDepth(3);
-    run->SetCategories(controller.Categories(Site::USA).arrCategoryLinks);
-    controller.StartQuery(std::move(run));
+    query::QuerySpec query;
+    query.site = Site::USA;
+    query.pageDepth = 3;
+    query.categories = controller.Categories(Site::USA).arrCategoryNames;
+    controller.StartQuery(query);
     EXPECT_TRUE(controller.IsQueryAlive());
   });
 }

@@ -15,7 +15,6 @@
 #include <sstream>
 
 #include "cli/CliApp.h"
-#include "net/PageFetcher.h"
 #include "query/QueryFile.h"
 #include "standin/SandboxProcess.h"
 #include "support/SandboxFixture.h"
@@ -165,25 +164,6 @@ TEST(HostileFiles, AQueryFileOfMillionsOfReferencesIsRefusedQuickly) {
   EXPECT_EQ(run.err, "Cannot Load File : " + (folder / "refs.sbqry").string() + "\n");
   EXPECT_LT(run.took, 5s);
   EXPECT_LT(run.peakKiB, kMaxPeakKiB);
-}
-
-TEST(HostileServersQuery, ANextLinkWithUserInformationIsNotFollowed) {
-  const auto sandbox = StartSandbox({"--hostile", "userinfo-next", "--subcategories", "1"});
-  ASSERT_TRUE(sandbox);
-  testing::TempFolder folder;
-  query::CMySettings settings;
-  settings.SetCountry(1);
-  settings.SetPageDepth(3);
-  settings.SetCategories({"Antiques"});
-  ASSERT_TRUE(query::SaveQueryFile(folder / "q.sbqry", settings));
-  const ChildRun run = RunInChild(Mapped(*sandbox, {"query", (folder / "q.sbqry").string()}), 30s);
-  EXPECT_EQ(run.status, kExitOk) << run.err;
-  EXPECT_NE(run.out.find("\r\n"), std::string::npos);
-  net::NetOptions options;
-  options.connectTo = sandbox->connectTo();
-  const std::string seen = net::SharedSession(options).GetPageText(
-      "http://www.gavelscope.example/_test/seen?host=evil.example&path=%2Fnext&least=0", {});
-  EXPECT_EQ(seen, "0");
 }
 
 }  // namespace

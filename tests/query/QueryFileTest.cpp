@@ -305,24 +305,50 @@ TEST(QueryFile, RandomSettingsSurviveARoundTrip) {
   }
 }
 
-TEST(QueryFile, FilesReportTheirPathOnFailure) {
+TEST(QueryFile, AQueryGoesToItsFileAndBackAndFailuresNameThePath) {
   testing::TempFolder folder;
-  CMySettings settings = EmptySettings();
-  settings.SetCategories({"Toys", "Dolls"});
+  QuerySpec query;
+  query.site = sites::Site::USA;
+  query.keywords = " lamp, vase ";
+  query.pageDepth = 4;
+  query.categories = {"Toys", "Dolls"};
+  query.bids = FilterSpec::Between(2, 9);
+  query.price = FilterSpec::LessThan(100);
+  query.sort = SortColumn::Title;
+  query.ascending = false;
   const auto file = folder / "toys.sbqry";
-  ASSERT_TRUE(SaveQueryFile(file, settings));
-  EXPECT_EQ(testing::ReadFileBytes(file), SaveQueryBytes(settings));
-  CMySettings loaded;
+  ASSERT_TRUE(SaveQueryFile(file, query));
+  EXPECT_EQ(testing::ReadFileBytes(file), SaveQueryBytes(SettingsFromQuery(query)));
+  QuerySpec loaded;
   ASSERT_TRUE(LoadQueryFile(file, loaded));
-  EXPECT_EQ(loaded, settings);
+  query.keywords = "lamp, vase";
+  EXPECT_EQ(loaded, query);
 
   const auto nowhere = folder / "missing" / "q.sbqry";
-  EXPECT_EQ(SaveQueryFile(nowhere, settings).error, "No such file or directory");
+  EXPECT_EQ(SaveQueryFile(nowhere, query).error, "No such file or directory");
   EXPECT_EQ(LoadQueryFile(nowhere, loaded).error, "Cannot Load File : " + nowhere.string());
   EXPECT_EQ(LoadQueryFile(folder.path(), loaded).error, "Cannot Load File : " + folder.path().string());
-  testing::WriteFileBytes(file, SaveQueryBytes(settings).substr(0, 150));
+  testing::WriteFileBytes(file, SaveQueryBytes(SettingsFromQuery(query)).substr(0, 150));
   EXPECT_EQ(LoadQueryFile(file, loaded).error, "Cannot Load File : " + file.string());
-  EXPECT_EQ(loaded, settings);
+  EXPECT_EQ(loaded, query);
+}
+
+TEST(QueryFile, AFileIsReadAsTheScanReadsItsFlags) {
+  // A group flag that is clear means any value, whatever test flag is set; of several test flags
+  // the first counts; every bound is kept; a bound of -1 is never written.
+  CMySettings settings = EmptySettings();
+  settings.m_bBidsLess = 1;
+  settings.m_nBidsLess = 7;
+  settings.SetPriceLessThan(50);
+  settings.SetPriceGreaterThan(10);
+  settings.m_bSortPrice = settings.m_bSortTitle = 1;
+  const QuerySpec query = QueryFromSettings(settings);
+  EXPECT_EQ(query.bids, (FilterSpec{FilterSpec::Test::Any, -1, 7, -1, -1}));
+  EXPECT_EQ(query.price, (FilterSpec{FilterSpec::Test::Greater, 10, 50, -1, -1}));
+  EXPECT_EQ(query.sort, SortColumn::Title);
+  QuerySpec unset;
+  unset.bids = FilterSpec::Between(-1, 5);
+  EXPECT_EQ(SettingsFromQuery(unset).m_bBidFilter, 0);
 }
 
 TEST(QueryFile, DescriptionListsFieldsInDeclarationOrderThenCategories) {

@@ -91,15 +91,20 @@ class SandboxQueryHost : public IQueryHost {
   std::condition_variable m_passed;
 };
 
-std::unique_ptr<CInitialiseHotItemQueryThread> NewRun(SandboxQueryHost& host, const std::vector<std::string>& names,
-                                                      int depth, bool usa, const net::NetOptions& options) {
-  auto run = std::make_unique<CInitialiseHotItemQueryThread>(host, sites::CompiledProfile(), options);
+// A query of the named categories of the USA site (the UK site's with `usa` false).
+QuerySpec Query(const std::vector<std::string>& names, int depth, bool usa = true) {
+  QuerySpec query;
+  query.site = usa ? Site::USA : Site::UK;
+  query.pageDepth = depth;
+  query.categories = names;
+  return query;
+}
+
+std::unique_ptr<CInitialiseHotItemQueryThread> NewRun(SandboxQueryHost& host, QuerySpec query,
+                                                      const net::NetOptions& options) {
+  for (std::string& name : query.categories) name = host.LinkOf(query.site, name);
+  auto run = std::make_unique<CInitialiseHotItemQueryThread>(host, sites::CompiledProfile(), options, std::move(query));
   run->SetPollInterval(std::chrono::milliseconds(20));
-  run->SetPageDepth(depth);
-  run->SetCountry(usa ? 1 : 0);
-  std::vector<std::string> links;
-  for (const std::string& name : names) links.push_back(host.LinkOf(usa ? Site::USA : Site::UK, name));
-  run->SetCategories(std::move(links));
   return run;
 }
 
@@ -115,10 +120,9 @@ class QueryRunTest : public testing::SandboxTest {
     SandboxTest::SetUp();
     m_host = std::make_unique<SandboxQueryHost>(SandboxNetOptions());
   }
-  std::unique_ptr<CInitialiseHotItemQueryThread> NewRun(const std::vector<std::string>& names, int depth,
-                                                        bool usa = true,
+  std::unique_ptr<CInitialiseHotItemQueryThread> NewRun(QuerySpec query,
                                                         const net::NetOptions& options = SandboxNetOptions()) {
-    return query::NewRun(*m_host, names, depth, usa, options);
+    return query::NewRun(*m_host, std::move(query), options);
   }
   std::size_t ListingsOf(const std::string& name) const { return query::ListingsOf(*m_host, name); }
 
@@ -126,19 +130,20 @@ class QueryRunTest : public testing::SandboxTest {
 };
 
 TEST_F(QueryRunTest, PageDepthBoundsThePagesOfEveryListing) {
-  NewRun({"Antiques"}, 1)->RunQuery({});
+  NewRun(Query({"Antiques"}, 1))->RunQuery({});
   const int onePage = m_host->pages;
   EXPECT_EQ(onePage, static_cast<int>(ListingsOf("Antiques")));
   // The sandbox's listings have three pages: a larger depth ends where the continue marker stops.
   m_host->pages = 0;
   m_host->running = true;
-  NewRun({"Antiques"}, 10)->RunQuery({});
+  NewRun(Query({"Antiques"}, 10))->RunQuery({});
   EXPECT_EQ(m_host->pages, 3 * onePage);
 }
 
 TEST_F(QueryRunTest, ThreeCategoriesRunTogetherAndTheRunEndsAfterTheLast) {
-  auto run = NewRun({"Antiques", "Art", "Books"}, 1);
-  run->SetSortByBids(1);
+  QuerySpec query = Query({"Antiques", "Art", "Books"}, 1);
+  query.sort = SortColumn::Bids;
+  auto run = NewRun(query);
   run->RunQuery({});
   ASSERT_EQ(run->jobs().size(), 3U);
   for (const auto& job : run->jobs()) EXPECT_TRUE(job->IsFinished());
@@ -153,10 +158,10 @@ TEST_F(QueryRunTest, ThreeCategoriesRunTogetherAndTheRunEndsAfterTheLast) {
 TEST_F(QueryRunTest, AStoppedRunStillSortsButSaysNothing) {
   for (const char* bids : {"5", "-", "41"}) m_host->results.SetItemText(m_host->results.InsertItem(9, ""), 3, bids);
   m_host->running = false;
-  auto run = NewRun({"Antiques"}, 1);
-  run->SetSortByBids(1);
-  run->SetAscending(0);
-  run->RunQuery({});
+  QuerySpec query = Query({"Antiques"}, 1);
+  query.sort = SortColumn::Bids;
+  query.ascending = false;
+  NewRun(query)->RunQuery({});
   EXPECT_EQ(m_host->results.GetItemText(0, 3), "41");
   EXPECT_EQ(m_host->results.GetItemText(2, 3), "-");
   EXPECT_TRUE(m_host->messages.Messages().empty());
@@ -164,11 +169,11 @@ TEST_F(QueryRunTest, AStoppedRunStillSortsButSaysNothing) {
 }
 
 TEST_F(QueryRunTest, FiltersHoldForEveryRowFound) {
-  auto run = NewRun({"Antiques", "Art"}, 2);
-  run->SetBidsGreaterThan(5);
-  run->SetPriceRange(10, 200);
-  run->SetDaysLessThan(3);
-  run->RunQuery({});
+  QuerySpec query = Query({"Antiques", "Art"}, 2);
+  query.bids = FilterSpec::GreaterThan(5);
+  query.price = FilterSpec::Between(10, 200);
+  query.days = FilterSpec::LessThan(3);
+  NewRun(query)->RunQuery({});
   ASSERT_GT(m_host->results.GetItemCount(), 0);
   for (int row = 0; row < m_host->results.GetItemCount(); ++row) {
     const auto record = m_host->results.GetItemData(row);
@@ -180,7 +185,7 @@ TEST_F(QueryRunTest, FiltersHoldForEveryRowFound) {
 }
 
 TEST_F(QueryRunTest, ManyEntriesRunTheLimitAtOnceAndNeverLoseOrMixRows) {
-  NewRun({"Antiques"}, 1)->RunQuery({});
+  NewRun(Query({"Antiques"}, 1))->RunQuery({});
   const int oneJob = m_host->results.GetItemCount();
   ASSERT_GT(oneJob, 0);
   m_host->results.ClearRecords();
@@ -191,7 +196,7 @@ TEST_F(QueryRunTest, ManyEntriesRunTheLimitAtOnceAndNeverLoseOrMixRows) {
   // No job ends before its first page is counted, so the first kAtOnce pages come from as many jobs
   // running together.
   m_host->holdUntilPages = kAtOnce;
-  auto run = NewRun(std::vector<std::string>(kEntries, "Antiques"), 1);
+  auto run = NewRun(Query(std::vector<std::string>(kEntries, "Antiques"), 1));
   run->RunQuery({});
   EXPECT_EQ(run->MostJobsAtOnce(), kAtOnce);
   for (const auto& job : run->jobs()) EXPECT_TRUE(job->IsFinished());
@@ -211,7 +216,9 @@ TEST_F(QueryRunTest, ManyEntriesRunTheLimitAtOnceAndNeverLoseOrMixRows) {
 }
 
 TEST_F(QueryRunTest, AJobWithoutAThreadEndsWithNoRowsAndTheRunGoesOn) {
-  auto run = NewRun(std::vector<std::string>(4, "Antiques"), 1);
+  QuerySpec query = Query(std::vector<std::string>(4, "Antiques"), 1);
+  query.sort = SortColumn::Bids;
+  auto run = NewRun(query);
   int calls = 0;
   run->SetThreadStarter([&calls](std::function<void()> body) {
     ++calls;
@@ -220,7 +227,6 @@ TEST_F(QueryRunTest, AJobWithoutAThreadEndsWithNoRowsAndTheRunGoesOn) {
     }
     return std::jthread(std::move(body));
   });
-  run->SetSortByBids(1);
   run->RunQuery({});
   for (const auto& job : run->jobs()) EXPECT_TRUE(job->IsFinished());
   EXPECT_EQ(m_host->pages, 2 * static_cast<int>(ListingsOf("Antiques")));
@@ -244,7 +250,7 @@ TEST(QueryRunHostile, ANextLinkWithUserInformationNeverReachesTheOtherHost) {
   net::NetOptions options;
   options.connectTo = sandbox->connectTo();
   SandboxQueryHost host(options);
-  NewRun(host, {"Antiques"}, 3, true, options)->RunQuery({});
+  NewRun(host, Query({"Antiques"}, 3), options)->RunQuery({});
   // Each listing ends after its first page, whose Next link names evil.example as the host.
   EXPECT_EQ(host.pages, static_cast<int>(ListingsOf(host, "Antiques")));
   EXPECT_GT(host.results.GetItemCount(), 0);
@@ -259,7 +265,7 @@ TEST_P(QueryFaults, SpoiltListingPagesEndTheRunWithTheRowsThatArrived) {
   net::NetOptions options = SandboxNetOptions();
   options.lowSpeedBytesPerSecond = 1000;
   options.lowSpeedTime = std::chrono::seconds(1);
-  NewRun({"Antiques", "Art"}, 3, true, options)->RunQuery({});
+  NewRun(Query({"Antiques", "Art"}, 3), options)->RunQuery({});
   const int clean = m_host->results.GetItemCount();
   ASSERT_GT(clean, 0);
   m_host->results.ClearRecords();
@@ -267,7 +273,7 @@ TEST_P(QueryFaults, SpoiltListingPagesEndTheRunWithTheRowsThatArrived) {
 
   m_host->SpoilUsaListings(mode);
   const auto started = std::chrono::steady_clock::now();
-  auto run = NewRun({"Antiques", "Art"}, 3, true, options);
+  auto run = NewRun(Query({"Antiques", "Art"}, 3), options);
   run->RunQuery({});
 
   // Every listing is given up within the low-speed limit, not a real server's half minute.
@@ -313,28 +319,22 @@ TEST_F(QueryRunTest, PublishingAppendsHotRowsAndUploadsThem) {
   EXPECT_EQ(uploaded.find("~|~30~|~"), std::string::npos);
 }
 
-TEST(NumericFilterTest, StrictBoundsInclusiveRangesAndAny) {
-  NumericFilter greater;
-  greater.SetGreaterThan(5);
-  greater.SetLessThan(-1);
-  greater.SetRange(-1, -1);
-  EXPECT_FALSE(greater.any);
-  EXPECT_TRUE(greater.Passes(6));
-  EXPECT_FALSE(greater.Passes(5));
-  NumericFilter range;
-  range.SetRange(10, 20);
-  EXPECT_TRUE(range.Passes(10));
-  EXPECT_TRUE(range.Passes(20));
-  EXPECT_FALSE(range.Passes(21));
-  NumericFilter less;
-  less.SetLessThan(1);
-  EXPECT_TRUE(less.Passes(0));  // "-" bids
-  NumericFilter any;
-  any.SetGreaterThan(-1);
-  any.SetLessThan(-1);
-  any.SetRange(-1, -1);
-  EXPECT_TRUE(any.any);
-  EXPECT_TRUE(any.Passes(-5));
+TEST(FilterSpec, StrictBoundsInclusiveRangesAndBoundsNotGiven) {
+  EXPECT_TRUE(FilterSpec::GreaterThan(5).Passes(6));
+  EXPECT_FALSE(FilterSpec::GreaterThan(5).Passes(5));
+  EXPECT_TRUE(FilterSpec::LessThan(1).Passes(0));  // "-" bids
+  EXPECT_FALSE(FilterSpec::LessThan(1).Passes(1));
+  EXPECT_TRUE(FilterSpec::Between(10, 20).Passes(10));
+  EXPECT_TRUE(FilterSpec::Between(10, 20).Passes(20));
+  EXPECT_FALSE(FilterSpec::Between(10, 20).Passes(21));
+  // A range with one bound given filters: -1 to 5 takes nothing above 5.
+  EXPECT_FALSE(FilterSpec::Between(-1, 5).Passes(6));
+  EXPECT_TRUE(FilterSpec::Between(-1, 5).Passes(-1));
+  for (const FilterSpec& any :
+       {FilterSpec{}, FilterSpec::GreaterThan(-1), FilterSpec::LessThan(-1), FilterSpec::Between(-1, -1)}) {
+    EXPECT_TRUE(any.Passes(-5));
+    EXPECT_TRUE(any.Passes(1000));
+  }
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "app/HeadlessMainView.h"
+#include "app/MainCommands.h"
 #include "query/QueryFile.h"
 #include "support/RecordingBrowser.h"
 #include "support/RecordingMessages.h"
@@ -31,7 +32,8 @@ using sites::Site;
 // a query run waits for both Sites before it scans: a started run never reaches the network.
 class QueryDialogTest : public ::testing::Test {
  protected:
-  QueryDialogTest() : m_controller(Config(), m_view, m_messages, m_browser) {
+  QueryDialogTest()
+      : m_controller(Config(), m_view, m_messages, m_browser), m_commands(m_controller, m_view, m_messages, m_browser) {
     sites::SiteCategories& usa = m_controller.Categories(Site::USA);
     usa.arrCategoryNames = {"Antiques", "Art", "Toys & Hobbies"};
     usa.arrCategoryLinks = {"/antiques", "/art", "/toys"};
@@ -50,6 +52,19 @@ class QueryDialogTest : public ::testing::Test {
     uk.arrCategoryNames = {"Coins", "Stamps", "Toys"};
     uk.arrCategoryLinks = {"/coins", "/stamps", "/toys"};
     uk.ready.Set();
+  }
+
+  // The dialog as the window opens it, with every query it hands on remembered.
+  std::unique_ptr<CQueryDialog> Dialog() {
+    const auto names = [this](Site site) {
+      const sites::SiteCategories& categories = m_controller.Categories(site);
+      return categories.ready.IsSet() ? categories.arrCategoryNames : std::vector<std::string>();
+    };
+    const auto start = [this](const query::QuerySpec& query) {
+      m_started.push_back(query);
+      return m_commands.StartQuery(query);
+    };
+    return std::make_unique<CQueryDialog>(m_controller.config().profile, names, start, m_messages);
   }
 
   static void Select(CQueryDialog& dialog, const QString& name) {
@@ -71,9 +86,11 @@ class QueryDialogTest : public ::testing::Test {
     return *m_messages.chosenFile;
   }
 
+  // The saved file's fields as it stores them.
   CMySettings Saved(CQueryDialog& dialog) {
     CMySettings settings;
-    EXPECT_TRUE(query::LoadQueryFile(Save(dialog, "saved.sbqry"), settings));
+    std::string error;
+    EXPECT_TRUE(query::LoadQueryBytes(testing::ReadFileBytes(Save(dialog, "saved.sbqry")), settings, error)) << error;
     return settings;
   }
 
@@ -82,10 +99,13 @@ class QueryDialogTest : public ::testing::Test {
   testing::RecordingMessages m_messages;
   testing::RecordingBrowser m_browser;
   app::CRunController m_controller;
+  app::CMainCommands m_commands;
+  std::vector<query::QuerySpec> m_started;
 };
 
 TEST_F(QueryDialogTest, OpensOnGreaterThanFiltersSortedByDateEndedOnTheUSASite) {
-  CQueryDialog dialog(m_controller, m_messages);
+  auto owned = Dialog();
+  CQueryDialog& dialog = *owned;
   EXPECT_EQ(dialog.windowTitle(), "Gavelscope - Please input a new Hot Item Query for real time search");
   EXPECT_EQ(dialog.size(), QSize(666, 367));
   EXPECT_EQ(dialog.currencyLabel(kCurrencyLess)->text(), "Dollars");
@@ -110,7 +130,8 @@ TEST_F(QueryDialogTest, OpensOnGreaterThanFiltersSortedByDateEndedOnTheUSASite) 
 }
 
 TEST_F(QueryDialogTest, TestRadiosEnableTheirEditsAndAnyRangeBoxesRestoreTheRadioTheyHid) {
-  CQueryDialog dialog(m_controller, m_messages);
+  auto owned = Dialog();
+  CQueryDialog& dialog = *owned;
   const auto enabled = [&dialog](std::initializer_list<int> ids) {
     std::string marks;
     for (int id : ids) marks += dialog.edit(id)->isEnabled() ? '1' : '0';
@@ -141,7 +162,8 @@ TEST_F(QueryDialogTest, TestRadiosEnableTheirEditsAndAnyRangeBoxesRestoreTheRadi
 
 TEST_F(QueryDialogTest, EveryCountryClickRefillsTheListAndRelabelsTheCurrency) {
   MakeUKKnown();
-  CQueryDialog dialog(m_controller, m_messages);
+  auto owned = Dialog();
+  CQueryDialog& dialog = *owned;
   Select(dialog, "Art");
   dialog.radio(kUnitedKingdom)->click();
   EXPECT_EQ(dialog.categoryList()->item(1)->text(), "Stamps");
@@ -158,7 +180,8 @@ TEST_F(QueryDialogTest, EveryCountryClickRefillsTheListAndRelabelsTheCurrency) {
 }
 
 TEST_F(QueryDialogTest, LoadingASavedQueryRestoresEveryControl) {
-  CQueryDialog before(m_controller, m_messages);
+  auto ownedBefore = Dialog();
+  CQueryDialog& before = *ownedBefore;
   before.checkBox(kAnyBids)->click();
   before.radio(kDaysRange)->click();
   before.edit(kDaysFromEdit)->setText("1");
@@ -173,7 +196,8 @@ TEST_F(QueryDialogTest, LoadingASavedQueryRestoresEveryControl) {
   Select(before, "Toys & Hobbies");
   const std::string bytes = testing::ReadFileBytes(Save(before, "before.sbqry"));
 
-  CQueryDialog after(m_controller, m_messages);
+  auto ownedAfter = Dialog();
+  CQueryDialog& after = *ownedAfter;
   m_messages.chosenFile = m_folder / "before.sbqry";
   after.button(kLoadQuery)->click();
   EXPECT_EQ(m_messages.fileChoices.back().title, "Choose New Gavelscope Query To Load !");
@@ -192,10 +216,9 @@ TEST_F(QueryDialogTest, LoadingASavedQueryRestoresEveryControl) {
   EXPECT_TRUE(after.edit(kBidsGreaterEdit)->isEnabled());
 
   // Names select the first item they begin, whatever the case; the rest keep their selection.
-  CMySettings prefixes;
-  prefixes.SetCountry(1);
-  prefixes.SetPageDepth(1);
-  prefixes.SetCategories({"toys", "Nothing", "a"});
+  query::QuerySpec prefixes;
+  prefixes.site = Site::USA;
+  prefixes.categories = {"toys", "Nothing", "a"};
   after.ApplyQuery(prefixes);
   EXPECT_EQ(Selected(after), (std::vector<std::string>{"Antiques", "Toys & Hobbies"}));
 
@@ -208,7 +231,8 @@ TEST_F(QueryDialogTest, LoadingASavedQueryRestoresEveryControl) {
 
 TEST_F(QueryDialogTest, SavesTheSameBytesAsTheCommandLine) {
   MakeUKKnown();
-  CQueryDialog dialog(m_controller, m_messages);
+  auto owned = Dialog();
+  CQueryDialog& dialog = *owned;
   dialog.radio(kUnitedKingdom)->click();
   Select(dialog, "Stamps");
   Select(dialog, "Toys");
@@ -240,7 +264,8 @@ TEST_F(QueryDialogTest, SavesTheSameBytesAsTheCommandLine) {
 }
 
 TEST_F(QueryDialogTest, StartQueryNeedsACategoryAndStartsTheRunEvenWhenAFieldFails) {
-  CQueryDialog dialog(m_controller, m_messages);
+  auto owned = Dialog();
+  CQueryDialog& dialog = *owned;
   m_controller.QueryResults().InsertItem(0, "an earlier result");
   dialog.button(kStartQuery)->click();
   ASSERT_EQ(m_messages.Messages().size(), 1u);
@@ -266,6 +291,30 @@ TEST_F(QueryDialogTest, StartQueryNeedsACategoryAndStartsTheRunEvenWhenAFieldFai
   dialog.button(kStartQuery)->click();
   EXPECT_EQ(dialog.result(), QDialog::Accepted);
   EXPECT_EQ(m_messages.Messages().size(), 4u);
+}
+
+TEST_F(QueryDialogTest, StartQueryHandsOnWhatTheFieldsHoldAndAFailedFieldKeepsWhatWasTyped) {
+  auto owned = Dialog();
+  CQueryDialog& dialog = *owned;
+  Select(dialog, "Art");
+  dialog.radio(kBidsRange)->click();
+  dialog.edit(kBidsFromEdit)->setText("-1");
+  dialog.edit(kBidsToEdit)->setText("5");
+  dialog.radio(kSortPrice)->click();
+  dialog.button(kStartQuery)->click();
+  ASSERT_EQ(m_started.size(), 1u);
+  // A range with a bound of -1 still filters: the run gets the bounds as they stand.
+  EXPECT_EQ(m_started[0].bids, query::FilterSpec::Between(-1, 5));
+  EXPECT_EQ(m_started[0].days, query::FilterSpec::GreaterThan(0));
+  EXPECT_EQ(m_started[0].sort, query::SortColumn::Price);
+  EXPECT_EQ(m_started[0].categories, std::vector<std::string>{"Art"});
+  EXPECT_EQ(m_started[0].site, Site::USA);
+
+  // A number out of range is kept as typed: what the dialog shows is what it saves.
+  dialog.edit(kBidsFromEdit)->setText("900");
+  const CMySettings saved = Saved(dialog);
+  EXPECT_EQ(dialog.edit(kBidsFromEdit)->text(), "900");
+  EXPECT_EQ(saved.m_nBidsFrom, 900);
 }
 
 }  // namespace
