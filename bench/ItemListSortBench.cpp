@@ -33,12 +33,14 @@ void FillHistory(CItemListCtrl& list, int rows) {
   for (int i = 0; i < rows; ++i) {
     char date[16];
     std::snprintf(date, sizeof date, "%02d/%02d/%d", 1 + next(28), 1 + next(12), 2003 + next(3));
-    const int row = list.InsertItem(i, date);
-    list.SetItemText(row, 1, std::string(kWords[next(8)]) + " " + kWords[next(8)] + " " + std::to_string(i));
+    auto record = std::make_shared<hotitems::CHotItemRecord>();
+    record->SetEnding(date);
+    record->SetTitle(std::string(kWords[next(8)]) + " " + kWords[next(8)] + " " + std::to_string(i));
     char price[32];
     std::snprintf(price, sizeof price, "$%d,%03d.%02d", next(5), next(1000), next(100));
-    list.SetItemText(row, 2, price);
-    list.SetItemText(row, 3, next(10) == 0 ? "-" : std::to_string(next(200)));
+    record->SetPrice(price);
+    record->SetBids(next(10) == 0 ? "-" : std::to_string(next(200)));
+    list.AppendRow(std::move(record));
   }
 }
 

@@ -101,9 +101,9 @@ int History(const net::NetOptions& options) {
   load.Run({});
   const double total = Seconds(Clock::now() - start);
   std::printf("history load: %.3f s (download alone %.3f s, %.1f MB file), %d USA rows + %d UK rows\n", total, download,
-              static_cast<double>(bytes) / 1e6, usa.GetItemCount(), uk.GetItemCount());
+              static_cast<double>(bytes) / 1e6, usa.RowCount(), uk.RowCount());
   std::printf("memory: peak resident %.1f MB, %.1f MB before the load\n", StatusMegabytes("VmHWM"), startMB);
-  return usa.GetItemCount() + uk.GetItemCount() > 0 ? 0 : 1;
+  return usa.RowCount() + uk.RowCount() > 0 ? 0 : 1;
 }
 
 int Query(const net::NetOptions& options, const std::string& file, const std::string& exportFile) {
@@ -135,7 +135,7 @@ int Query(const net::NetOptions& options, const std::string& file, const std::st
   const double total = Seconds(Clock::now() - start);
   const std::string pages = view.Snapshot().editText[static_cast<std::size_t>(app::ViewId::PagesSearched)];
   std::printf("query run: %.3f s, %s pages searched, %d result rows\n", total, pages.c_str(),
-              controller.QueryResults().GetItemCount());
+              controller.QueryResults().RowCount());
   if (!exportFile.empty()) std::ofstream(exportFile, std::ios::binary) << controller.QueryResults().ExportText();
   controller.Shutdown();
   return 0;

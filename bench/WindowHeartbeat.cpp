@@ -132,7 +132,7 @@ int main(int argc, char** argv) {
         queryWatch.stop();
         QTimer::singleShot(1000, [&] {
           heartbeat.EndPhase("query");
-          std::printf("query results: %d rows\n", window.controller().QueryResults().GetItemCount());
+          std::printf("query results: %d rows\n", window.controller().QueryResults().RowCount());
           application.quit();
         });
       });

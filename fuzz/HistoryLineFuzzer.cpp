@@ -24,11 +24,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   // Both date orders: the sort reads dates as the user's locale writes them.
   CItemListCtrl usa(hotitems::ItemListVariant::HistoryUSA, browser, messages, pages, hotitems::DateOrder::MonthFirst);
   CItemListCtrl uk(hotitems::ItemListVariant::HistoryUK, browser, messages, pages, hotitems::DateOrder::DayFirst);
-  int rowCounter = 0;
   std::string word;
   fuzz::ForEachLine(std::string_view(reinterpret_cast<const char*>(data), size), [&](std::string_view line) {
     if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-    const auto record = hotitems::AddHistoryLine(line, rowCounter++, usa, uk);
+    const auto record = hotitems::AddHistoryLine(line, usa, uk);
     (void)hotitems::IsHistoryWorthy(*record);
     if (word.empty()) word = record->GetTitle().substr(0, 4);
   });

@@ -20,7 +20,7 @@
 #include "base/TextHelpers.h"
 #include "hotitems/HotItemRecord.h"
 #include "hotitems/ItemListCtrl.h"
-#include "query/QuerySpec.h"
+#include "query/CategoryScanJob.h"
 #include "sites/ListingScan.h"
 #include "sites/SiteProfile.h"
 
@@ -40,29 +40,6 @@ query::FilterSpec ChooseFilter(FuzzedDataProvider& input) {
       return query::FilterSpec::Between(low, input.ConsumeIntegral<std::int32_t>());
     }
   }
-}
-
-// The scan job's filter and result row, as CLoadEachCategoryHotItemsQueryThread applies them.
-void FilterAndAdd(const sites::ListingRow& row, const query::FilterSpec (&filters)[3], hotitems::CItemListCtrl& list) {
-  if (row.link.empty() || row.timeLeft.empty() || row.title.empty() || row.price.empty()) return;
-  const int price = sites::ParsePrice(row.price);
-  if (price == -1) return;
-  if (!filters[0].Passes(sites::ParseBids(row.bids)) || !filters[1].Passes(price) ||
-      !filters[2].Passes(sites::ParseDaysLeft(row.timeLeft))) {
-    return;
-  }
-  auto record = std::make_shared<hotitems::CHotItemRecord>();
-  record->SetItemLink(row.link);
-  record->SetEnding(row.timeLeft);
-  record->SetTitle(row.title);
-  record->SetPrice(row.price);
-  record->SetBids(row.bids);
-  const int at = list.InsertItem(list.GetItemCount(), record->GetEnding());
-  list.SetItemText(at, 1, row.title);
-  list.SetItemText(at, 2, row.price);
-  list.SetItemText(at, 3, row.bids);
-  record->SetRow(at);
-  list.SetItemData(at, std::move(record));
 }
 
 }  // namespace
@@ -91,7 +68,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   int t = base::Find(page, ">", s);
   while (s != -1) {
     const sites::ListingRow row = sites::ParseRow(page, s, t, site, uk);
-    if (sites::MatchesKeywords(row.title, keywords)) fuzz::FilterAndAdd(row, filters, results);
+    if (sites::MatchesKeywords(row.title, keywords)) {
+      if (auto item = query::PassingItem(row, filters[0], filters[1], filters[2])) results.AppendRow(std::move(item));
+    }
     if (row.s2 != -1) {
       s = row.s2;
       t = base::Find(page, ">", s);

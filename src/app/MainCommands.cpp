@@ -36,7 +36,23 @@ std::vector<ViewId> ViewsShown(Tab tab, Site site) {
 
 CMainCommands::CMainCommands(CRunController& controller, IMainView& view, base::IUserMessages& messages,
                              base::IBrowser& browser)
-    : m_controller(controller), m_view(view), m_messages(messages), m_browser(browser) {}
+    : m_controller(controller), m_view(view), m_messages(messages), m_browser(browser) {
+  // The keywords tab searches the keyword list and exports the tree's Top 100; the other tabs do
+  // both on their one list.
+  for (const Site site : {Site::USA, Site::UK}) {
+    const auto at = static_cast<std::size_t>(site == Site::USA ? 0 : 1);
+    m_lists[static_cast<std::size_t>(Tab::Keywords)][at] = {&controller.KeywordList(site), &controller.Tree(site)};
+    m_lists[static_cast<std::size_t>(Tab::Auctions)][at] = {&controller.AuctionList(site),
+                                                            &controller.AuctionList(site)};
+    m_lists[static_cast<std::size_t>(Tab::HotItems)][at] = {&controller.HotItemList(site),
+                                                            &controller.HotItemList(site)};
+    m_lists[static_cast<std::size_t>(Tab::Query)][at] = {&controller.QueryResults(), &controller.QueryResults()};
+  }
+}
+
+CMainCommands::TabLists CMainCommands::VisibleLists() const {
+  return m_lists[static_cast<std::size_t>(m_tab)][m_site == Site::USA ? 0 : 1];
+}
 
 void CMainCommands::ShowViews() {
   const std::vector<ViewId> shown = ViewsShown(m_tab, m_site);
@@ -63,20 +79,7 @@ void CMainCommands::SearchView(std::string_view word) {
     m_messages.Show(base::UserMessage{"Please Input A Search Word !", base::text::kMessageTitle});
     return;
   }
-  switch (m_tab) {
-    case Tab::Keywords:
-      m_controller.KeywordList(m_site).FindNext(word);
-      break;
-    case Tab::Auctions:
-      m_controller.AuctionList(m_site).SearchNext(word);
-      break;
-    case Tab::HotItems:
-      m_controller.HotItemList(m_site).FindNext(word);
-      break;
-    case Tab::Query:
-      m_controller.QueryResults().FindNext(word);
-      break;
-  }
+  VisibleLists().search->FindNext(word);
 }
 
 void CMainCommands::EnterPressed(bool searchFocused, std::string_view word) {
@@ -95,22 +98,8 @@ void CMainCommands::Export() {
   if (file) ExportView(*file);
 }
 
-net::NetResult CMainCommands::ExportView(const std::filesystem::path& file) {
-  net::NetResult written{false, "no view"};
-  switch (m_tab) {
-    case Tab::Keywords:
-      written = m_controller.Tree(m_site).ExportTop100(file);
-      break;
-    case Tab::Auctions:
-      written = m_controller.AuctionList(m_site).ExportRows(file);
-      break;
-    case Tab::HotItems:
-      written = m_controller.HotItemList(m_site).ExportList(file);
-      break;
-    case Tab::Query:
-      written = m_controller.QueryResults().ExportList(file);
-      break;
-  }
+base::Outcome CMainCommands::ExportView(const std::filesystem::path& file) {
+  const base::Outcome written = VisibleLists().exported->Export(file);
   if (!written) {
     m_messages.Show(
         base::UserMessage{"Cannot create the file " + file.string() + "\n" + written.error, base::text::kMessageTitle});
@@ -120,7 +109,7 @@ net::NetResult CMainCommands::ExportView(const std::filesystem::path& file) {
 
 bool CMainCommands::StartQuery(const query::QuerySpec& query) {
   // The list is emptied even for a query that cannot start: the dialog asks again, on an empty list.
-  m_controller.QueryResults().ClearRecords();
+  m_controller.QueryResults().Clear();
   if (query.categories.empty()) {
     m_messages.Show(base::UserMessage{"Please enter at least one category.", base::text::kMessageTitle});
     return false;

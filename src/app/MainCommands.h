@@ -2,6 +2,7 @@
 // Copyright 2026 The Gavelscope developers
 #pragma once
 
+#include <array>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -45,7 +46,7 @@ class CMainCommands {
   void Export();
   // Writes the visible list's export into `file`; a file that cannot be written is reported and
   // keeps what it had.
-  net::NetResult ExportView(const std::filesystem::path& file);
+  base::Outcome ExportView(const std::filesystem::path& file);
   // What Start Query in the query dialog does: empties the result list and, when the query names a
   // category, starts it; false (and the user told) when it names none.
   bool StartQuery(const query::QuerySpec& query);
@@ -54,7 +55,14 @@ class CMainCommands {
   void OpenMyEbay();
 
  private:
+  // Where a tab's search goes and what its export writes.
+  struct TabLists {
+    base::ISearchableList* search = nullptr;
+    base::IExportableList* exported = nullptr;
+  };
+
   void ShowViews();
+  TabLists VisibleLists() const;
 
   CRunController& m_controller;
   IMainView& m_view;
@@ -63,6 +71,7 @@ class CMainCommands {
   Tab m_tab = Tab::Keywords;
   sites::Site m_site = sites::Site::USA;
   bool m_bSkipDestroyOnce = false;
+  std::array<std::array<TabLists, 2>, 4> m_lists{};
 };
 
 }  // namespace gavelscope::app

@@ -211,10 +211,10 @@ bool CRunController::RefreshDisplay() {
   // The keyword and auction views start again empty; the history and query lists stay as they are.
   m_treeUK.FreeCatalogue();
   m_treeUSA.FreeCatalogue();
-  m_listKeywordsUK.DeleteAllItems();
-  m_listKeywordsUSA.DeleteAllItems();
-  m_listAuctionsUSA.ClearRows();
-  m_listAuctionsUK.ClearRows();
+  m_listKeywordsUK.Clear();
+  m_listKeywordsUSA.Clear();
+  m_listAuctionsUSA.Clear();
+  m_listAuctionsUK.Clear();
   m_view.SetProgressRange(0, kProgressMax);
   m_view.SetProgressStep(1);
   {
@@ -249,7 +249,7 @@ void CRunController::StartQuery(std::unique_ptr<query::CInitialiseHotItemQueryTh
   if (m_bShutDown) return;
   // A run still alive was stopped by the user; it ends at once on its stop request.
   m_queryThread = {};
-  m_listQueryResults.ClearRecords();
+  m_listQueryResults.Clear();
   m_queryEnded.Reset();
   m_queryAlive = true;
   SetQueryRunning(true);

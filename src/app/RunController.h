@@ -84,7 +84,6 @@ class CRunController : public base::IRunEvents, public base::IPageSource, public
   void IncrementPagesSearched() override;
   const sites::SiteCategories& SiteData(sites::Site site) override { return Categories(site); }
   hotitems::CItemListCtrl& QueryResults() override { return m_listQueryResults; }
-  std::mutex& ResultListBusy() override { return m_bResultListBusy; }
   base::IUserMessages& Messages() override { return m_messages; }
 
   // A run of `query` configured for this controller, to be handed to StartQuery. Its category names
@@ -156,7 +155,6 @@ class CRunController : public base::IRunEvents, public base::IPageSource, public
   hotitems::CItemListCtrl m_listHotItemsUSA;
   hotitems::CItemListCtrl m_listHotItemsUK;
   hotitems::CItemListCtrl m_listQueryResults;
-  std::mutex m_bResultListBusy;
   std::atomic<bool> m_queryAlive{false};
   base::ReadinessEvent m_queryEnded;
 

@@ -2,10 +2,8 @@
 // Copyright 2026 The Gavelscope developers
 #include "auctions/AuctionListCtrl.h"
 
-#include <algorithm>
 #include <cstdlib>
-
-#include "base/ListCommands.h"
+#include <functional>
 
 namespace gavelscope::auctions {
 
@@ -14,93 +12,28 @@ int CountValue(std::string_view count) {
 }
 
 CAuctionListCtrl::CAuctionListCtrl(base::IBrowser& browser, base::IUserMessages& messages)
-    : m_browser(browser), m_messages(messages) {}
-
-void CAuctionListCtrl::ClearRows() {
-  {
-    std::lock_guard lock(m_mutex);
-    m_rows.clear();
-    m_mark = -1;
-  }
-  NotifyChanged();
-}
-
-std::size_t CAuctionListCtrl::InsertRow(std::size_t index, Row row) {
-  std::size_t at = 0;
-  {
-    std::lock_guard lock(m_mutex);
-    at = std::min(index, m_rows.size());
-    m_rows.insert(m_rows.begin() + static_cast<std::ptrdiff_t>(at), std::move(row));
-  }
-  NotifyChanged();
-  return at;
-}
-
-std::size_t CAuctionListCtrl::RowCount() const {
-  std::lock_guard lock(m_mutex);
-  return m_rows.size();
-}
-
-CAuctionListCtrl::Row CAuctionListCtrl::GetRow(std::size_t row) const {
-  std::lock_guard lock(m_mutex);
-  return row < m_rows.size() ? m_rows[row] : Row{};
-}
-
-int CAuctionListCtrl::GetSelectionMark() const {
-  std::lock_guard lock(m_mutex);
-  return m_mark;
-}
-
-void CAuctionListCtrl::SetSelectionMark(int row) {
-  {
-    std::lock_guard lock(m_mutex);
-    m_mark = (row >= 0 && static_cast<std::size_t>(row) < m_rows.size()) ? row : -1;
-  }
-  NotifyChanged();
-}
+    : CListControl(messages), m_browser(browser) {}
 
 void CAuctionListCtrl::SortByCount() {
-  {
-    std::lock_guard lock(m_mutex);
-    std::stable_sort(m_rows.begin(), m_rows.end(),
-                     [](const Row& a, const Row& b) { return CountValue(a.count) > CountValue(b.count); });
-  }
-  NotifyChanged();
-}
-
-void CAuctionListCtrl::SearchNext(std::string_view word) {
-  const auto rowCount = [this] { return m_rows.size(); };
-  const auto textOf = [this](std::size_t row) { return m_rows[row].name; };
-  if (base::FindNextAndMark(m_mutex, m_mark, word, rowCount, textOf, m_messages)) NotifyChanged();
+  SortRows([](const AuctionListRow& row) { return CountValue(row.count); }, std::greater<int>());
 }
 
 std::string CAuctionListCtrl::ExportText() const {
   std::string text = "\t\t\tTodays Auctions\r\n\r\nPosition\tCount\tAuction\r\n\r\n";
-  std::lock_guard lock(m_mutex);
-  for (std::size_t i = 0; i < m_rows.size(); ++i) {
-    text += std::to_string(i + 1) + "\t\t" + m_rows[i].count + "\t\t" + m_rows[i].name + "\r\n";
-  }
+  std::size_t position = 0;
+  ForEachRow([&](const AuctionListRow& row) {
+    text += std::to_string(++position) + "\t\t" + row.count + "\t\t" + row.name + "\r\n";
+  });
   return text;
 }
 
-net::NetResult CAuctionListCtrl::ExportRows(const std::filesystem::path& file) {
+base::Outcome CAuctionListCtrl::Export(const std::filesystem::path& file) {
   return base::ExportToFile(file, ExportText(), m_messages);
 }
 
 void CAuctionListCtrl::OpenView(sites::ListingView view) {
-  std::shared_ptr<const CAuctionRecord> record;
-  {
-    std::lock_guard lock(m_mutex);
-    if (m_mark < 0) return;
-    record = m_rows[static_cast<std::size_t>(m_mark)].record;
-  }
-  if (record) m_browser.OpenUrlInBrowser(sites::ViewLink(record->GetLink(), view));
-}
-
-bool CAuctionListCtrl::ContextMenuAt(int row) {
-  if (row < 0 || static_cast<std::size_t>(row) >= RowCount()) return false;
-  SetSelectionMark(row);
-  return true;
+  const AuctionListRow row = MarkedRow();
+  if (row.record) m_browser.OpenUrlInBrowser(sites::ViewLink(row.record->GetLink(), view));
 }
 
 }  // namespace gavelscope::auctions

@@ -19,12 +19,11 @@ void CAuctionThread::Run(std::stop_token stop) {
     // The page and links do not change once the event is set; the scan reads them in place.
     std::vector<sites::AuctionRow> rows =
         sites::ScanAuctionRows(m_categories.strHomePage, m_categories.arrCategoryLinks, m_listingHost, m_domainSuffix);
-    m_list.ClearRows();
+    m_list.Clear();
     m_list.SetRedraw(false);
-    std::size_t counter = 0;
     for (sites::AuctionRow& row : rows) {
       auto record = std::make_shared<const CAuctionRecord>(std::move(row.link));
-      m_list.InsertRow(counter++, {std::move(row.name), std::move(row.count), std::move(record)});
+      m_list.AppendRow({std::move(row.name), std::move(row.count), std::move(record)});
     }
     m_list.SortByCount();
     m_list.SetRedraw(true);

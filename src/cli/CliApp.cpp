@@ -13,7 +13,7 @@
 #include "app/RunController.h"
 #include "app/Startup.h"
 #include "app/UserFolders.h"
-#include "base/ListCommands.h"
+#include "base/ListControl.h"
 #include "base/UserMessages.h"
 #include "query/QueryFile.h"
 
@@ -187,7 +187,7 @@ int PrintKeywords(app::CRunController& controller, const CliRequest& request, st
     out.flush();
     return out ? kExitOk : kExitFailure;
   }
-  return WriteExport(tree.Top100ExportText(), request.exportFile, messages, out, err);
+  return WriteExport(tree.ExportText(), request.exportFile, messages, out, err);
 }
 
 }  // namespace

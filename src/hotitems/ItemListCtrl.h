@@ -2,7 +2,6 @@
 // Copyright 2026 The Gavelscope developers
 #pragma once
 
-#include <deque>
 #include <filesystem>
 #include <memory>
 #include <mutex>
@@ -11,7 +10,7 @@
 #include <vector>
 
 #include "base/Browser.h"
-#include "base/ObservableControl.h"
+#include "base/ListControl.h"
 #include "base/PageSource.h"
 #include "base/ThreadOwner.h"
 #include "base/UserMessages.h"
@@ -24,18 +23,13 @@ namespace gavelscope::hotitems {
 
 enum class ItemListVariant { HistoryUK, HistoryUSA, QueryResults };
 
-// A list of hot items, headless: rows of four texts (date ended or time left, title, price, bids)
-// with their records, the sort column and order its header remembers, the selection mark, and every
-// command the view offers. Safe to call from any thread.
-class CItemListCtrl : public base::ObservableControl {
+// A list of hot items, headless: one row per record, shown as four cells (date ended or time left,
+// title, price, bids), with the sort column and order its header remembers, the selection mark, and
+// every command the view offers. Safe to call from any thread.
+class CItemListCtrl : public base::CListControl<std::shared_ptr<const CHotItemRecord>>, public base::IExportableList {
  public:
   static constexpr int kColumnCount = 4;
-  using RecordPtr = std::shared_ptr<CHotItemRecord>;
-
-  struct RowData {
-    std::vector<std::string> texts;  // what each column shows
-    RecordPtr data;                  // the row's record, once attached
-  };
+  using RecordPtr = std::shared_ptr<const CHotItemRecord>;
 
   CItemListCtrl(ItemListVariant variant, base::IBrowser& browser, base::IUserMessages& messages,
                 base::IPageSource& pages, DateOrder dateOrder);
@@ -43,17 +37,10 @@ class CItemListCtrl : public base::ObservableControl {
 
   ItemListVariant variant() const { return m_variant; }
 
-  // Rows. An index beyond the end inserts at the end; a negative one inserts nothing (-1).
-  int InsertItem(int index, std::string text);
-  bool SetItemText(int row, int column, std::string text);
-  bool SetItemData(int row, RecordPtr record);
-  RecordPtr GetItemData(int row) const;
-  std::string GetItemText(int row, int column) const;
-  int GetItemCount() const;
-  bool DeleteItem(int row);
-  void DeleteAllItems();
-  // Drops every row together with its record.
-  void ClearRecords();
+  // What a row shows in a column: the record's ending, title, price and bids.
+  static std::string CellText(const CHotItemRecord& record, int column);
+  // Empty beyond the rows or the columns.
+  std::string CellText(std::size_t row, int column) const;
 
   // Sorting, remembered by the header; a header click sorts by that column, reversing the order
   // when it is already the sort column.
@@ -62,36 +49,26 @@ class CItemListCtrl : public base::ObservableControl {
   int SortColumn() const;
   bool SortAscending() const;
 
-  int GetSelectionMark() const;
-  void SetSelectionMark(int row);
-  // The next row after the mark whose title holds `word`, ignoring case; no wrap-around.
-  void FindNext(std::string_view word);
-
-  std::string ExportText() const;
-  net::NetResult ExportList(const std::filesystem::path& file);
+  std::string ExportText() const override;
+  base::Outcome Export(const std::filesystem::path& file) override;
 
   // The marked row's item page, or a page linked from it (fetched on a worker thread).
   void OpenItemPage();
   void OpenLinkedPage(sites::LinkedPage which);
-  // A right click on a row (-1: none) selects it; true when the menu is to be shown.
-  bool ContextMenuAt(int row);
+  void OnDoubleClick() { OpenItemPage(); }
   // Stops and joins the linked-page workers.
   void Shutdown() { m_workers.StopAndJoinAll(); }
 
  private:
+  std::string SearchText(const RecordPtr& row) const override { return row ? row->GetTitle() : std::string(); }
   std::string SiteLink(std::string link) const;
 
   const ItemListVariant m_variant;
   base::IBrowser& m_browser;
-  base::IUserMessages& m_messages;
   base::IPageSource& m_pages;
   const DateOrder m_dateOrder;
 
-  mutable std::mutex m_mutex;
-  // A deque: query jobs insert each row at their own row count, near the front, and a vector would
-  // move every row behind it for each one.
-  std::deque<RowData> m_rows;
-  int m_mark = -1;
+  mutable std::mutex m_sortMutex;
   int m_nSortColumn = -1;
   bool m_bSortAscending = true;
   base::ThreadOwner m_workers;

@@ -27,7 +27,7 @@ CLoadHotItemsThread::CLoadHotItemsThread(const sites::Profile& profile, net::Net
 
 void CLoadHotItemsThread::Run(std::stop_token stop) {
   for (CItemListCtrl* list : {&m_targets.listUSA, &m_targets.listUK}) {
-    list->ClearRecords();
+    list->Clear();
     list->SetRedraw(false);
   }
   if (Download(stop)) Fill(stop);
@@ -55,26 +55,22 @@ bool CLoadHotItemsThread::Download(std::stop_token stop) {
 }
 
 void CLoadHotItemsThread::Fill(std::stop_token stop) {
-  int rowCounter = 0;
+  std::size_t rows = 0;
   // A line too long, or a read that fails, ends the reading; the rows read so far stay.
   base::ReadLines(m_localFile, m_options.maxLineBytes, [&](std::string_view line) {
-    if (stop.stop_requested() || static_cast<std::size_t>(rowCounter) >= net::limits::kMaxHistoryRows) return false;
+    if (stop.stop_requested() || rows++ >= net::limits::kMaxHistoryRows) return false;
     if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-    AddHistoryLine(line, rowCounter++, m_targets.listUSA, m_targets.listUK);
+    AddHistoryLine(line, m_targets.listUSA, m_targets.listUK);
     return true;
   });
 }
 
-CItemListCtrl::RecordPtr AddHistoryLine(std::string_view line, int rowCounter, CItemListCtrl& listUSA,
-                                        CItemListCtrl& listUK) {
+CItemListCtrl::RecordPtr AddHistoryLine(std::string_view line, CItemListCtrl& listUSA, CItemListCtrl& listUK) {
   auto record = std::make_shared<CHotItemRecord>(ParseHistoryLine(line));
   CItemListCtrl& list = IsSiteUK(*record) ? listUK : listUSA;
-  const int row = list.InsertItem(rowCounter, record->GetEnding());
-  list.SetItemText(row, 1, record->GetTitle());
-  list.SetItemText(row, 2, record->GetPrice());
-  list.SetItemText(row, 3, record->GetBids());
-  record->SetRow(row);
-  list.SetItemData(row, record);
+  // The loader is the lists' only writer while it fills them: the row is the list's end.
+  record->SetRow(static_cast<std::int32_t>(list.RowCount()));
+  list.AppendRow(record);
   return record;
 }
 

@@ -14,11 +14,9 @@
 
 namespace gavelscope::hotitems {
 
-// Adds one line of the history file to the list of its site as row `rowCounter` and returns its
-// record. The counter runs over both lists, so each list is asked for a row beyond its end and keeps
-// the file's order.
-CItemListCtrl::RecordPtr AddHistoryLine(std::string_view line, int rowCounter, CItemListCtrl& listUSA,
-                                        CItemListCtrl& listUK);
+// Adds one line of the history file to the end of the list of its site, so each list keeps the
+// file's order, and returns its record.
+CItemListCtrl::RecordPtr AddHistoryLine(std::string_view line, CItemListCtrl& listUSA, CItemListCtrl& listUK);
 
 // Downloads the shared hot item history from the vendor's FTP server into the per-user folder and
 // fills the two history lists from it, each in file order, then sorted by bids. The download is tried

@@ -4,7 +4,7 @@
 
 #include <set>
 
-#include "base/ListCommands.h"
+#include "base/ListControl.h"
 #include "keywords/KeywordListCtrl.h"
 
 namespace gavelscope::keywords {
@@ -214,7 +214,7 @@ void CCategoryTree::BuildTop100() {
     if (!m_roots.empty()) m_nodes[m_roots.front() - 1].data = top100;
   }
   NotifyChanged();
-  m_keywordList.Fill(*top100);
+  m_keywordList.Assign(*top100);
 }
 
 void CCategoryTree::FreeCatalogue() {
@@ -231,10 +231,10 @@ void CCategoryTree::FreeCatalogue() {
 
 void CCategoryTree::ShowKeywords(TreeItem item) {
   const std::shared_ptr<const KeywordArray> array = GetItemData(item);
-  if (array) m_keywordList.Fill(*array);
+  if (array) m_keywordList.Assign(*array);
 }
 
-std::string CCategoryTree::Top100ExportText() const {
+std::string CCategoryTree::ExportText() const {
   std::shared_ptr<const KeywordArray> top100;
   {
     std::lock_guard lock(m_mutex);
@@ -248,8 +248,8 @@ std::string CCategoryTree::Top100ExportText() const {
   return text;
 }
 
-net::NetResult CCategoryTree::ExportTop100(const std::filesystem::path& file) {
-  return base::ExportToFile(file, Top100ExportText(), m_messages);
+base::Outcome CCategoryTree::Export(const std::filesystem::path& file) {
+  return base::ExportToFile(file, ExportText(), m_messages);
 }
 
 void CCategoryTree::OnItemClicked(TreeItem item) {

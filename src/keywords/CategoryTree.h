@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "base/Browser.h"
-#include "base/ObservableControl.h"
+#include "base/ListControl.h"
 #include "base/UserMessages.h"
 #include "keywords/KeyWordRecord.h"
 #include "net/NetOptions.h"
@@ -75,7 +75,7 @@ inline constexpr std::array<sites::ListingView, 4> kMenuViews{sites::ListingView
 // sub-categories, each with its keyword array as item data, its colour and font, and every
 // operation the tree view offers. Safe to call from any thread; a keyword thread fills it while
 // the window may draw it.
-class CCategoryTree : public base::ObservableControl {
+class CCategoryTree : public base::ObservableControl, public base::IExportableList {
  public:
   // siteFlag: 0 for the UK tree, 1 for the USA tree. The tree feeds `keywordList` and opens pages
   // through `browser`.
@@ -110,11 +110,9 @@ class CCategoryTree : public base::ObservableControl {
   void BuildTop100();
   void FreeCatalogue();
   void ShowKeywords(TreeItem item);
-  // The Top 100 list as export bytes.
-  std::string Top100ExportText() const;
-  // Writes the export bytes as the file's whole content and tells the user it is done; a file that
-  // cannot be written keeps what it had.
-  net::NetResult ExportTop100(const std::filesystem::path& file);
+  // The keywords tab exports the Top 100 list.
+  std::string ExportText() const override;
+  base::Outcome Export(const std::filesystem::path& file) override;
 
   // User actions.
   void OnItemClicked(TreeItem item);

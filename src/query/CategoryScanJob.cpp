@@ -86,8 +86,7 @@ bool CLoadEachCategoryHotItemsQueryThread::ScanListing(std::string page, std::st
     if (pagesMovedPast >= m_nPageDepth) return true;
     if (!Running(stop)) return false;
     const sites::ListingRow row = ParseRow(page, s, t, site, isUK);
-    if (sites::MatchesKeywords(row.title, m_strKeywords))
-      FilterAndAdd(row.link, row.timeLeft, row.title, row.price, row.bids);
+    if (sites::MatchesKeywords(row.title, m_strKeywords)) FilterAndAdd(row);
     if (row.s2 != -1) {
       s = row.s2;
       t = base::Find(page, ">", s);
@@ -108,35 +107,30 @@ bool CLoadEachCategoryHotItemsQueryThread::ScanListing(std::string page, std::st
   return true;
 }
 
-void CLoadEachCategoryHotItemsQueryThread::FilterAndAdd(const std::string& link, const std::string& timeLeft,
-                                                        const std::string& title, const std::string& price,
-                                                        const std::string& bids) {
-  if (link.empty() || timeLeft.empty() || title.empty() || price.empty()) return;
-  const int priceValue = sites::ParsePrice(price);
-  if (priceValue == -1) return;
-  if (m_bids.Passes(sites::ParseBids(bids)) && m_price.Passes(priceValue) &&
-      m_days.Passes(sites::ParseDaysLeft(timeLeft))) {
-    AddResult(link, timeLeft, title, price, bids);
-  }
+void CLoadEachCategoryHotItemsQueryThread::FilterAndAdd(const sites::ListingRow& row) {
+  auto record = PassingItem(row, m_bids, m_price, m_days);
+  if (!record) return;
+  // Each job inserts at its own count, so the rows of the jobs interleave from the top as they come.
+  record->SetRow(m_nRowsAdded);
+  m_host.QueryResults().InsertRow(static_cast<std::size_t>(m_nRowsAdded++), std::move(record));
 }
 
-void CLoadEachCategoryHotItemsQueryThread::AddResult(const std::string& link, const std::string& timeLeft,
-                                                     const std::string& title, const std::string& price,
-                                                     const std::string& bids) {
+std::shared_ptr<hotitems::CHotItemRecord> PassingItem(const sites::ListingRow& row, const FilterSpec& bids,
+                                                      const FilterSpec& price, const FilterSpec& days) {
+  if (row.link.empty() || row.timeLeft.empty() || row.title.empty() || row.price.empty()) return nullptr;
+  const int priceValue = sites::ParsePrice(row.price);
+  if (priceValue == -1) return nullptr;
+  if (!bids.Passes(sites::ParseBids(row.bids)) || !price.Passes(priceValue) ||
+      !days.Passes(sites::ParseDaysLeft(row.timeLeft))) {
+    return nullptr;
+  }
   auto record = std::make_shared<hotitems::CHotItemRecord>();
-  record->SetItemLink(link);
-  record->SetEnding(timeLeft);
-  record->SetTitle(title);
-  record->SetPrice(price);
-  record->SetBids(bids);
-  hotitems::CItemListCtrl& list = m_host.QueryResults();
-  std::lock_guard busy(m_host.ResultListBusy());
-  const int row = list.InsertItem(m_nRowsAdded++, record->GetEnding());
-  list.SetItemText(row, 1, title);
-  list.SetItemText(row, 2, price);
-  list.SetItemText(row, 3, bids);
-  record->SetRow(row);
-  list.SetItemData(row, std::move(record));
+  record->SetItemLink(row.link);
+  record->SetEnding(row.timeLeft);
+  record->SetTitle(row.title);
+  record->SetPrice(row.price);
+  record->SetBids(row.bids);
+  return record;
 }
 
 }  // namespace gavelscope::query

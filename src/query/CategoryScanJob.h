@@ -8,9 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "hotitems/HotItemRecord.h"
 #include "net/NetOptions.h"
 #include "query/QueryHost.h"
 #include "query/QuerySpec.h"
+#include "sites/ListingScan.h"
 #include "sites/SiteProfile.h"
 
 namespace gavelscope::net {
@@ -42,10 +44,7 @@ class CLoadEachCategoryHotItemsQueryThread {
   std::string FetchListingPage(const std::string& url, std::stop_token stop);
   // False when the scan was stopped.
   bool ScanListing(std::string page, std::stop_token stop);
-  void FilterAndAdd(const std::string& link, const std::string& timeLeft, const std::string& title,
-                    const std::string& price, const std::string& bids);
-  void AddResult(const std::string& link, const std::string& timeLeft, const std::string& title,
-                 const std::string& price, const std::string& bids);
+  void FilterAndAdd(const sites::ListingRow& row);
   bool uk() const { return m_site == sites::Site::UK; }
 
   IQueryHost& m_host;
@@ -63,5 +62,10 @@ class CLoadEachCategoryHotItemsQueryThread {
   const FilterSpec m_price;
   const FilterSpec m_days;
 };
+
+// The item of a listing row that passes the filters, or null. A row without a link, a time left, a
+// title or a price never passes, nor one priced in a currency the site's rules do not read.
+std::shared_ptr<hotitems::CHotItemRecord> PassingItem(const sites::ListingRow& row, const FilterSpec& bids,
+                                                      const FilterSpec& price, const FilterSpec& days);
 
 }  // namespace gavelscope::query

@@ -2,8 +2,6 @@
 // Copyright 2026 The Gavelscope developers
 #pragma once
 
-#include <mutex>
-
 #include "base/UserMessages.h"
 #include "hotitems/ItemListCtrl.h"
 #include "sites/SiteCategories.h"
@@ -20,8 +18,6 @@ class IQueryHost {
   virtual void IncrementPagesSearched() = 0;
   virtual const sites::SiteCategories& SiteData(sites::Site site) = 0;
   virtual hotitems::CItemListCtrl& QueryResults() = 0;
-  // Held from a row's insert to its last cell, so that rows of different jobs never interleave.
-  virtual std::mutex& ResultListBusy() = 0;
   virtual base::IUserMessages& Messages() = 0;
 };
 

@@ -141,8 +141,7 @@ net::NetResult PublishHistory(const hotitems::CItemListCtrl& results, const std:
   const hotitems::CalendarDate date{local.tm_mday, local.tm_mon + 1, local.tm_year + 1900};
   {
     std::ofstream out(localFile, std::ios::binary | std::ios::app);
-    for (int row = 0; row < results.GetItemCount(); ++row) {
-      const auto record = results.GetItemData(row);
+    for (const hotitems::CItemListCtrl::RecordPtr& record : results.Rows()) {
       if (record && hotitems::IsHistoryWorthy(*record)) out << hotitems::FormatHistoryLine(*record, date);
     }
     if (!out) return {false, "Cannot write " + localFile.string()};

@@ -186,7 +186,9 @@ RowsModel::RowsModel(QStringList headers, std::function<int()> rowCount, std::fu
       m_shownRows(m_rowCount()) {}
 
 int RowsModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : m_rowCount();
+  // The count last announced, not the control's: Qt's views must see the shape change only between
+  // a reset's begin and end. A row gone from the control since reads as empty cells until then.
+  return parent.isValid() ? 0 : m_shownRows;
 }
 
 int RowsModel::columnCount(const QModelIndex& parent) const {

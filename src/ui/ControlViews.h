@@ -78,11 +78,10 @@ class ControlListView : public QTableView {
 template <class List>
 class ListViewOver : public ControlListView {
  protected:
-  ListViewOver(List& list, RowsModel* model, const std::vector<int>& widths, QHeaderView* sortHeader,
-               QWidget* parent)
+  ListViewOver(List& list, RowsModel* model, const std::vector<int>& widths, QHeaderView* sortHeader, QWidget* parent)
       : ControlListView(model, widths, sortHeader, parent), m_list(list) {}
 
-  int SelectionMark() const override { return m_list.GetSelectionMark(); }
+  int SelectionMark() const override { return m_list.SelectionMark(); }
   void MarkRow(int row) override { m_list.SetSelectionMark(row); }
   bool ContextMenuAt(int row) override { return m_list.ContextMenuAt(row); }
 

@@ -73,15 +73,16 @@ QStringList ItemHeaders(bool query) {
 
 RowsModel* ItemModel(hotitems::CItemListCtrl& list, QObject* parent) {
   return new RowsModel(
-      ItemHeaders(list.variant() == hotitems::ItemListVariant::QueryResults), [&list] { return list.GetItemCount(); },
-      [&list](int row, int column) { return list.GetItemText(row, column); }, parent);
+      ItemHeaders(list.variant() == hotitems::ItemListVariant::QueryResults),
+      [&list] { return static_cast<int>(list.RowCount()); },
+      [&list](int row, int column) { return list.CellText(static_cast<std::size_t>(row), column); }, parent);
 }
 
 RowsModel* AuctionModel(auctions::CAuctionListCtrl& list, QObject* parent) {
   return new RowsModel(
       {"Auction", "Count"}, [&list] { return static_cast<int>(list.RowCount()); },
       [&list](int row, int column) {
-        const auto data = list.GetRow(static_cast<std::size_t>(row));
+        const auctions::AuctionListRow data = list.RowAt(static_cast<std::size_t>(row));
         return column == 0 ? data.name : data.count;
       },
       parent);
@@ -90,7 +91,11 @@ RowsModel* AuctionModel(auctions::CAuctionListCtrl& list, QObject* parent) {
 RowsModel* KeywordModel(keywords::CKeywordListCtrl& list, QObject* parent) {
   return new RowsModel(
       {"Keywords"}, [&list] { return static_cast<int>(list.RowCount()); },
-      [&list](int row, int) { return list.RowText(static_cast<std::size_t>(row)); }, parent);
+      [&list](int row, int) {
+        const keywords::KeywordRecordPtr record = list.RowAt(static_cast<std::size_t>(row));
+        return record ? record->GetKeyword() : std::string();
+      },
+      parent);
 }
 
 int RegionAt(QPoint point) {

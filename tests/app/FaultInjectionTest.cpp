@@ -61,8 +61,8 @@ class FaultRun : public testing::SandboxTest {
                      controller.Tree(Site::UK).ItemCount(),
                      controller.AuctionList(Site::USA).RowCount(),
                      controller.AuctionList(Site::UK).RowCount(),
-                     controller.HotItemList(Site::USA).GetItemCount(),
-                     controller.HotItemList(Site::UK).GetItemCount(),
+                     controller.HotItemList(Site::USA).RowCount(),
+                     controller.HotItemList(Site::UK).RowCount(),
                      controller.FinishedLoads(),
                      std::chrono::steady_clock::now() - started};
     // Nothing was said: a failing server is no reason for a message box.

@@ -66,7 +66,7 @@ TEST_F(MainCommandsTest, SearchGoesToTheVisibleListAndRefusesAnEmptyWord) {
   m_controller.AuctionList(Site::USA).InsertRow(0, {"Lamps", "1", nullptr});
   m_commands.SelectTab(Tab::Auctions);
   m_commands.SearchView("lamp");
-  EXPECT_EQ(m_controller.AuctionList(Site::USA).GetSelectionMark(), 0);
+  EXPECT_EQ(m_controller.AuctionList(Site::USA).SelectionMark(), 0);
   m_commands.SearchView("vase");
   EXPECT_EQ(m_messages.Messages().back().text, "Item Not Found !");
 }

@@ -14,13 +14,12 @@ class AuctionListTest : public ::testing::Test {
  protected:
   void Fill(std::initializer_list<std::pair<const char*, const char*>> rows) {
     for (const auto& [name, count] : rows) {
-      m_list.InsertRow(m_list.RowCount(),
-                       {name, count, std::make_shared<CAuctionRecord>(std::string("http://l/") + name + "/list/")});
+      m_list.AppendRow({name, count, std::make_shared<CAuctionRecord>(std::string("http://l/") + name + "/list/")});
     }
   }
   std::vector<std::string> Order() const {
     std::vector<std::string> order;
-    for (std::size_t i = 0; i < m_list.RowCount(); ++i) order.push_back(m_list.GetRow(i).name);
+    for (const AuctionListRow& row : m_list.Rows()) order.push_back(row.name);
     return order;
   }
 
@@ -35,18 +34,6 @@ TEST_F(AuctionListTest, SortsByLeadingNumberLargestFirstKeepingTies) {
   EXPECT_EQ(Order(), (std::vector<std::string>{"b", "d", "a", "f", "c", "e", "g"}));
   m_list.OnHeaderClick(1);
   EXPECT_EQ(Order(), (std::vector<std::string>{"b", "d", "a", "f", "c", "e", "g"}));
-}
-
-TEST_F(AuctionListTest, SearchNextStopsAtTheLastMatch) {
-  Fill({{"Lamps", "1"}, {"Vases", "1"}, {"Bowls", "1"}, {"Table LAMPS", "1"}});
-  m_list.SearchNext("LAMP");
-  EXPECT_EQ(m_list.GetSelectionMark(), 0);
-  m_list.SearchNext("lamp");
-  EXPECT_EQ(m_list.GetSelectionMark(), 3);
-  m_list.SearchNext("lamp");
-  EXPECT_EQ(m_list.GetSelectionMark(), 3);
-  ASSERT_EQ(m_messages.Messages().size(), 1U);
-  EXPECT_EQ(m_messages.Messages()[0].text, "Item Not Found !");
 }
 
 TEST_F(AuctionListTest, ExportWritesHeadingsThenRows) {

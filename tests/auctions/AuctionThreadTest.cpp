@@ -36,9 +36,9 @@ TEST_F(AuctionThreadTest, FillsAndSortsTheListFromTheHomePage) {
   m_list.InsertRow(0, {"stale", "1", nullptr});
   RunUSA();
   ASSERT_EQ(m_list.RowCount(), 3U);
-  EXPECT_EQ(m_list.GetRow(0).name, "B");
-  EXPECT_EQ(m_list.GetRow(0).record->GetLink(), "http://listings.ebay.com/Art/B/ListingItemList/");
-  EXPECT_EQ(m_list.GetRow(2).count, "5");
+  EXPECT_EQ(m_list.RowAt(0).name, "B");
+  EXPECT_EQ(m_list.RowAt(0).record->GetLink(), "http://listings.ebay.com/Art/B/ListingItemList/");
+  EXPECT_EQ(m_list.RowAt(2).count, "5");
   EXPECT_TRUE(m_list.IsRedrawOn());
   EXPECT_EQ(m_events.finished, 1);
 }

@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <thread>
+
 #include "net/PageFetcher.h"
 #include "support/RecordingBrowser.h"
 #include "support/RecordingMessages.h"
@@ -30,20 +33,25 @@ class ItemListTest : public ::testing::Test {
   explicit ItemListTest(ItemListVariant variant = ItemListVariant::HistoryUSA, DateOrder order = DateOrder::DayFirst)
       : m_list(variant, m_browser, m_messages, m_pages, order) {}
 
-  // One row per text, all in `column`; the record carries the text as its title and link.
+  // One row per text, each shown in `column`; the record carries the text as its link too.
   void Fill(int column, std::initializer_list<const char*> texts) {
     for (const char* text : texts) {
-      const int row = m_list.InsertItem(m_list.GetItemCount(), "");
-      m_list.SetItemText(row, column, text);
       auto record = std::make_shared<CHotItemRecord>();
-      record->SetTitle(text);
+      using Setter = void (CHotItemRecord::*)(std::string);
+      if (column == 0) {
+        record->SetEnding(text);
+      } else {
+        constexpr Setter kSetters[] = {nullptr, &CHotItemRecord::SetTitle, &CHotItemRecord::SetPrice,
+                                       &CHotItemRecord::SetBids};
+        ((*record).*kSetters[column])(text);
+      }
       record->SetItemLink(std::string("http://cgi.ebay.com/item?") + text);
-      m_list.SetItemData(row, record);
+      m_list.AppendRow(record);
     }
   }
   std::vector<std::string> Column(int column) const {
     std::vector<std::string> texts;
-    for (int row = 0; row < m_list.GetItemCount(); ++row) texts.push_back(m_list.GetItemText(row, column));
+    for (std::size_t row = 0; row < m_list.RowCount(); ++row) texts.push_back(m_list.CellText(row, column));
     return texts;
   }
 
@@ -107,7 +115,7 @@ TEST_F(QueryResultList, TimeLeftSortsBySecondsAndPricesLoseMoreMarks) {
   Fill(0, {"1d 2h", "2h 30m", "45m"});
   m_list.SortItems(0, true);
   EXPECT_EQ(Column(0), (Texts{"45m", "2h 30m", "1d 2h"}));
-  m_list.DeleteAllItems();
+  m_list.Clear();
   Fill(2, {"US $20.00",
            "\xA3"
            "3.00",
@@ -118,31 +126,38 @@ TEST_F(QueryResultList, TimeLeftSortsBySecondsAndPricesLoseMoreMarks) {
                               "C $10.00", "US $20.00"}));
 }
 
-TEST_F(ItemListTest, FindNextSearchesTitlesAfterTheMark) {
-  Fill(1, {"NOKIA 3310", "Lamp", "Vase", "nokia case", "Bowl"});
-  m_list.FindNext("nokia");
-  EXPECT_EQ(m_list.GetSelectionMark(), 0);
-  m_list.FindNext("nokia");
-  EXPECT_EQ(m_list.GetSelectionMark(), 3);
-  m_list.FindNext("nokia");
-  EXPECT_EQ(m_list.GetSelectionMark(), 3);
-  ASSERT_EQ(m_messages.Messages().size(), 1U);
-  EXPECT_EQ(m_messages.Messages()[0].text, "Item Not Found !");
-}
-
-TEST_F(ItemListTest, RowsGoToTheEndWhenAskedBeyondIt) {
-  EXPECT_EQ(m_list.InsertItem(7, "a"), 0);
-  EXPECT_EQ(m_list.InsertItem(7, "b"), 1);
-  EXPECT_EQ(m_list.InsertItem(0, "c"), 0);
-  EXPECT_EQ(m_list.InsertItem(-1, "d"), -1);
-  EXPECT_EQ(Column(0), (Texts{"c", "a", "b"}));
-  EXPECT_FALSE(m_list.SetItemData(3, nullptr));
-  EXPECT_FALSE(m_list.SetItemText(0, 4, "x"));
-}
-
 TEST_F(ItemListTest, ExportOfAnEmptyListWritesTheHeadings) {
   EXPECT_EQ(m_list.ExportText(),
             "\tHot Items History List\r\n\r\nDate Ended\t\t\tBids\t\t\tPrice\t\t\tItem Title\r\n\r\n");
+}
+
+TEST_F(ItemListTest, HeaderClicksWhileTheListFillsNeverMixRowsAndTheMarkKeepsItsItem) {
+  constexpr int kRows = 20000;
+  Fill(1, {"the marked one"});
+  ASSERT_TRUE(m_list.ContextMenuAt(0));
+  std::atomic<bool> filling = true;
+  std::jthread clicks([&] {
+    for (int column = 0; filling; column = (column + 1) % CItemListCtrl::kColumnCount) m_list.OnHeaderClick(column);
+  });
+  for (int i = 0; i < kRows; ++i) {
+    auto record = std::make_shared<CHotItemRecord>();
+    const std::string n = std::to_string(i);
+    record->SetEnding(n + "/01/2005");
+    record->SetTitle("title " + n);
+    record->SetPrice("$" + n);
+    record->SetBids(n);
+    m_list.InsertRow(static_cast<std::size_t>(i % 7), record);
+  }
+  filling = false;
+  clicks.join();
+  ASSERT_EQ(m_list.RowCount(), static_cast<std::size_t>(kRows + 1));
+  for (std::size_t row = 0; row < m_list.RowCount(); row += 97) {
+    const CItemListCtrl::RecordPtr record = m_list.RowAt(row);
+    ASSERT_TRUE(record) << row;
+    EXPECT_EQ(m_list.CellText(row, 1), record->GetTitle());
+    EXPECT_EQ(m_list.CellText(row, 3), record->GetBids());
+  }
+  EXPECT_EQ(m_list.MarkedRow()->GetTitle(), "the marked one");
 }
 
 class UKHistoryList : public ItemListTest {
@@ -170,7 +185,7 @@ TEST_F(LinkedPageWorker, OpensTheLinksOfASandboxItemPage) {
   const std::string history = testing::ReadFileBytes(Sandbox().ftpRoot() / "HotItemList.txt");
   auto record = std::make_shared<CHotItemRecord>(ParseHistoryLine(history.substr(0, history.find("\r\n"))));
   ASSERT_FALSE(record->GetItemLink().empty());
-  list.SetItemData(list.InsertItem(0, ""), record);
+  list.AppendRow(record);
   list.SetSelectionMark(0);
 
   list.OpenLinkedPage(sites::LinkedPage::BidHistory);
@@ -179,7 +194,7 @@ TEST_F(LinkedPageWorker, OpensTheLinksOfASandboxItemPage) {
   ASSERT_TRUE(browser.WaitForCount(2));
   // The row is cleared at once: the worker already holds the link it needs.
   list.OpenLinkedPage(sites::LinkedPage::SellerFeedback);
-  list.ClearRecords();
+  list.Clear();
   ASSERT_TRUE(browser.WaitForCount(3));
   const Texts opened = browser.Opened();
   EXPECT_NE(opened[0].find("ViewBids"), std::string::npos) << opened[0];

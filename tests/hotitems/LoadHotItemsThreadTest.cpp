@@ -31,7 +31,7 @@ class LoadHotItemsTest : public testing::SandboxTest {
   void Load() { Load(SandboxNetOptions()); }
   static std::vector<std::string> Titles(const CItemListCtrl& list) {
     std::vector<std::string> titles;
-    for (int row = 0; row < list.GetItemCount(); ++row) titles.push_back(list.GetItemData(row)->GetTitle());
+    for (int row = 0; row < list.RowCount(); ++row) titles.push_back(list.RowAt(row)->GetTitle());
     return titles;
   }
 
@@ -55,10 +55,10 @@ TEST_F(LoadHotItemsTest, RoutesLinesBySiteInFileOrderThenSortsByBids) {
   Load();
   EXPECT_EQ(Titles(m_usa), (Texts{"fourth", "first", "third"}));
   EXPECT_EQ(Titles(m_uk), Texts{"pounds"});
-  EXPECT_EQ(m_usa.GetItemText(1, 0), "07/03/2005");
-  EXPECT_EQ(m_usa.GetItemText(2, 3), "41");
+  EXPECT_EQ(m_usa.CellText(1, 0), "07/03/2005");
+  EXPECT_EQ(m_usa.CellText(2, 3), "41");
   // The row index the list gave when the line was read.
-  EXPECT_EQ(m_usa.GetItemData(1)->GetRow(), 0);
+  EXPECT_EQ(m_usa.RowAt(1)->GetRow(), 0);
   EXPECT_EQ(m_usa.SortColumn(), 3);
   EXPECT_TRUE(m_usa.IsRedrawOn());
   EXPECT_TRUE(m_uk.IsRedrawOn());
@@ -69,24 +69,24 @@ TEST_F(LoadHotItemsTest, AReloadDoesNotDoubleTheRows) {
   Serve("L1~|~07/03/2005~|~a~|~$5.00~|~41~|~\r\nL2~|~07/03/2005~|~b~|~GBP 5.00~|~33~|~\r\n");
   Load();
   Load();
-  EXPECT_EQ(m_usa.GetItemCount(), 1);
-  EXPECT_EQ(m_uk.GetItemCount(), 1);
+  EXPECT_EQ(m_usa.RowCount(), 1);
+  EXPECT_EQ(m_uk.RowCount(), 1);
   EXPECT_EQ(m_events.finished, 2);
 }
 
 TEST_F(LoadHotItemsTest, EmptyFileGivesEmptyListsAndCompletes) {
   Serve("");
   Load();
-  EXPECT_EQ(m_usa.GetItemCount(), 0);
-  EXPECT_EQ(m_uk.GetItemCount(), 0);
+  EXPECT_EQ(m_usa.RowCount(), 0);
+  EXPECT_EQ(m_uk.RowCount(), 0);
   EXPECT_EQ(m_events.finished, 1);
 }
 
 TEST_F(LoadHotItemsTest, MissingFileEndsAfterTheBoundedRetries) {
   std::filesystem::remove(Sandbox().ftpRoot() / "HotItemList.txt");
-  m_usa.InsertItem(0, "stale");
+  m_usa.AppendRow(std::make_shared<CHotItemRecord>());
   Load();
-  EXPECT_EQ(m_usa.GetItemCount(), 0);
+  EXPECT_EQ(m_usa.RowCount(), 0);
   EXPECT_TRUE(m_usa.IsRedrawOn());
   EXPECT_EQ(m_events.finished, 1);
 }
@@ -95,7 +95,7 @@ TEST_F(LoadHotItemsTest, UnreachableServerEndsTheSameWay) {
   net::NetOptions options = SandboxNetOptions();
   options.connectTo = {"ftp.gavelscope.example:21:127.0.0.1:" + std::to_string(testing::ClosedLoopbackPort())};
   Load(options);
-  EXPECT_EQ(m_uk.GetItemCount(), 0);
+  EXPECT_EQ(m_uk.RowCount(), 0);
   EXPECT_TRUE(m_uk.IsRedrawOn());
   EXPECT_EQ(m_events.finished, 1);
 }

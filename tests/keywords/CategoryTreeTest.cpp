@@ -47,7 +47,7 @@ TEST_F(CategoryTreeTest, Top100TakesEachSubCategoryTopKeywordOnce) {
   EXPECT_EQ(m_tree.GetItemData(Root(0))->at(0)->GetSearchLink(), "S2");
   // The list shows the Top 100 once it is built.
   ASSERT_EQ(m_list.RowCount(), 2U);
-  EXPECT_EQ(m_list.RowText(0), "lamp");
+  EXPECT_EQ(m_list.RowAt(0)->GetKeyword(), "lamp");
 }
 
 TEST_F(CategoryTreeTest, Top100WalkStopsAtASubCategoryWithoutKeywords) {
@@ -59,20 +59,20 @@ TEST_F(CategoryTreeTest, Top100WalkStopsAtASubCategoryWithoutKeywords) {
 TEST_F(CategoryTreeTest, ExportWritesHeadingsThenNumberedKeywords) {
   Load({});
   const std::string headings = "\tTodays Top 100 Keywords\r\n\r\nPosition\t\t\tKeyword\r\n\r\n";
-  EXPECT_EQ(m_tree.Top100ExportText(), headings);
+  EXPECT_EQ(m_tree.ExportText(), headings);
   m_tree.FreeCatalogue();
   Load({"~CAT~A~|~L~|~", "~SUBCAT~A1~|~L1~|~", "~KEYWORD~lamp~|~S~|~", "~SUBCAT~A2~|~L2~|~", "~KEYWORD~vase~|~S~|~"});
-  EXPECT_EQ(m_tree.Top100ExportText(), headings + "1\t\t\t\tlamp\r\n2\t\t\t\tvase\r\n");
+  EXPECT_EQ(m_tree.ExportText(), headings + "1\t\t\t\tlamp\r\n2\t\t\t\tvase\r\n");
 }
 
 TEST_F(CategoryTreeTest, ExportToAFileTellsTheUserOrKeepsTheOldFile) {
   Load({"~CAT~A~|~L~|~", "~SUBCAT~A1~|~L1~|~", "~KEYWORD~lamp~|~S~|~"});
   testing::TempFolder folder;
-  ASSERT_TRUE(m_tree.ExportTop100(folder / "top.txt"));
-  EXPECT_EQ(testing::ReadFileBytes(folder / "top.txt"), m_tree.Top100ExportText());
+  ASSERT_TRUE(m_tree.Export(folder / "top.txt"));
+  EXPECT_EQ(testing::ReadFileBytes(folder / "top.txt"), m_tree.ExportText());
   ASSERT_EQ(m_messages.Messages().size(), 1U);
   EXPECT_EQ(m_messages.Messages()[0].text, "List Has Been Successfully Exported.");
-  EXPECT_FALSE(m_tree.ExportTop100(folder / "missing-folder" / "top.txt"));
+  EXPECT_FALSE(m_tree.Export(folder / "missing-folder" / "top.txt"));
   EXPECT_EQ(m_messages.Messages().size(), 1U);
 }
 
@@ -85,7 +85,7 @@ TEST_F(CategoryTreeTest, OnlySubCategoriesOfferEveryView) {
   EXPECT_EQ(m_tree.ContextMenuFor(prints), (std::array<bool, 4>{true, true, true, true}));
   // The hit item is selected and its keywords shown.
   EXPECT_EQ(m_tree.GetSelectedItem(), prints);
-  EXPECT_EQ(m_list.RowText(0), "etching");
+  EXPECT_EQ(m_list.RowAt(0)->GetKeyword(), "etching");
   EXPECT_EQ(m_tree.ContextMenuFor(kNoItem), (std::array<bool, 4>{false, false, false, false}));
   EXPECT_EQ(m_tree.GetSelectedItem(), prints);
 
@@ -99,7 +99,7 @@ TEST_F(CategoryTreeTest, ItemsWithoutKeywordsOpenNothingAndKeepTheList) {
   m_tree.OnItemClicked(Root(2));
   m_tree.OnDoubleClick();
   EXPECT_TRUE(m_browser.Opened().empty());
-  EXPECT_EQ(m_list.RowText(0), "lamp");
+  EXPECT_EQ(m_list.RowAt(0)->GetKeyword(), "lamp");
 }
 
 TEST_F(CategoryTreeTest, FreeingForgetsItemsAndTheirAttributes) {

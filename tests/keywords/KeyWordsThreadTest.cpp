@@ -46,7 +46,7 @@ TEST_F(KeyWordsThreadTest, StepsTheProgressOncePerCategoryLine) {
         SandboxNetOptions());
   EXPECT_EQ(m_events.steps, 3);
   EXPECT_EQ(m_treeUK.RootItems().size(), 4U);
-  EXPECT_EQ(m_listUK.RowText(0), "lamp");
+  EXPECT_EQ(m_listUK.RowAt(0)->GetKeyword(), "lamp");
   EXPECT_TRUE(m_events.refreshDone);
   EXPECT_EQ(m_events.finished, 1);
   EXPECT_TRUE(m_treeUK.IsRedrawOn());

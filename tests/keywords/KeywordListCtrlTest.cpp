@@ -28,37 +28,6 @@ class KeywordListTest : public ::testing::Test {
   CKeywordListCtrl m_list{m_browser, m_messages};
 };
 
-TEST_F(KeywordListTest, FillShowsTheArrayInOrderAndLeavesRecordsAlone) {
-  const KeywordArray array = Records({"a", "b", "c"});
-  m_list.Fill(array);
-  ASSERT_EQ(m_list.RowCount(), 3U);
-  EXPECT_EQ(m_list.RowText(0), "a");
-  EXPECT_EQ(m_list.RowText(2), "c");
-  m_list.Fill({});
-  EXPECT_EQ(m_list.RowCount(), 0U);
-  EXPECT_EQ(array[1]->GetKeyword(), "b");
-}
-
-TEST_F(KeywordListTest, FindNextStartsAfterTheMarkAndNeverWraps) {
-  m_list.Fill(Records({"Red Lamp", "vase", "LAMP shade", "bowl"}));
-  m_list.FindNext("lamp");
-  EXPECT_EQ(m_list.GetSelectionMark(), 0);
-  m_list.FindNext("lamp");
-  EXPECT_EQ(m_list.GetSelectionMark(), 2);
-  EXPECT_TRUE(m_messages.Messages().empty());
-  // Row 0 matches too, but the search does not go back to it.
-  m_list.FindNext("lamp");
-  EXPECT_EQ(m_list.GetSelectionMark(), 2);
-  ASSERT_EQ(m_messages.Messages().size(), 1U);
-  EXPECT_EQ(m_messages.Messages()[0].text, "Item Not Found !");
-  EXPECT_EQ(m_messages.Messages()[0].title, "Gavelscope");
-}
-
-TEST_F(KeywordListTest, FindNextOnAnEmptyListSaysNothing) {
-  m_list.FindNext("lamp");
-  EXPECT_TRUE(m_messages.Messages().empty());
-}
-
 TEST_F(KeywordListTest, SortedLinkAppendsTheOrdersSuffix) {
   EXPECT_EQ(SortedLink("L", SortOrder::EndingFirst), "L_W0QQsosortpropertyZ1");
   EXPECT_EQ(SortedLink("L", SortOrder::NewlyListed), "L_W0QQsosortorderZ2QQsosortpropertyZ2");
@@ -67,7 +36,7 @@ TEST_F(KeywordListTest, SortedLinkAppendsTheOrdersSuffix) {
 }
 
 TEST_F(KeywordListTest, RowsOpenTheirSearchPage) {
-  m_list.Fill(Records({"lamp", "vase"}));
+  m_list.Assign(Records({"lamp", "vase"}));
   m_list.OnDoubleClick();
   EXPECT_TRUE(m_browser.Opened().empty());
   EXPECT_FALSE(m_list.ContextMenuAt(2));

@@ -54,7 +54,6 @@ class SandboxQueryHost : public IQueryHost {
   }
   const sites::SiteCategories& SiteData(Site site) override { return site == Site::UK ? m_uk : m_usa; }
   hotitems::CItemListCtrl& QueryResults() override { return results; }
-  std::mutex& ResultListBusy() override { return busy; }
   base::IUserMessages& Messages() override { return messages; }
 
   // Sends every listing address of the USA home page through the sandbox's fault MODE.
@@ -147,7 +146,7 @@ TEST_F(QueryRunTest, ThreeCategoriesRunTogetherAndTheRunEndsAfterTheLast) {
   run->RunQuery({});
   ASSERT_EQ(run->jobs().size(), 3U);
   for (const auto& job : run->jobs()) EXPECT_TRUE(job->IsFinished());
-  EXPECT_GT(m_host->results.GetItemCount(), 0);
+  EXPECT_GT(m_host->results.RowCount(), 0);
   EXPECT_EQ(m_host->results.SortColumn(), 3);
   EXPECT_FALSE(m_host->running);
   ASSERT_EQ(m_host->messages.Messages().size(), 1U);
@@ -156,14 +155,18 @@ TEST_F(QueryRunTest, ThreeCategoriesRunTogetherAndTheRunEndsAfterTheLast) {
 }
 
 TEST_F(QueryRunTest, AStoppedRunStillSortsButSaysNothing) {
-  for (const char* bids : {"5", "-", "41"}) m_host->results.SetItemText(m_host->results.InsertItem(9, ""), 3, bids);
+  for (const char* bids : {"5", "-", "41"}) {
+    auto record = std::make_shared<hotitems::CHotItemRecord>();
+    record->SetBids(bids);
+    m_host->results.AppendRow(record);
+  }
   m_host->running = false;
   QuerySpec query = Query({"Antiques"}, 1);
   query.sort = SortColumn::Bids;
   query.ascending = false;
   NewRun(query)->RunQuery({});
-  EXPECT_EQ(m_host->results.GetItemText(0, 3), "41");
-  EXPECT_EQ(m_host->results.GetItemText(2, 3), "-");
+  EXPECT_EQ(m_host->results.CellText(0, 3), "41");
+  EXPECT_EQ(m_host->results.CellText(2, 3), "-");
   EXPECT_TRUE(m_host->messages.Messages().empty());
   EXPECT_EQ(m_host->pages, 0);
 }
@@ -174,9 +177,9 @@ TEST_F(QueryRunTest, FiltersHoldForEveryRowFound) {
   query.price = FilterSpec::Between(10, 200);
   query.days = FilterSpec::LessThan(3);
   NewRun(query)->RunQuery({});
-  ASSERT_GT(m_host->results.GetItemCount(), 0);
-  for (int row = 0; row < m_host->results.GetItemCount(); ++row) {
-    const auto record = m_host->results.GetItemData(row);
+  ASSERT_GT(m_host->results.RowCount(), 0);
+  for (int row = 0; row < m_host->results.RowCount(); ++row) {
+    const auto record = m_host->results.RowAt(row);
     EXPECT_GT(sites::ParseBids(record->GetBids()), 5);
     EXPECT_GE(sites::ParsePrice(record->GetPrice()), 10);
     EXPECT_LE(sites::ParsePrice(record->GetPrice()), 200);
@@ -186,9 +189,9 @@ TEST_F(QueryRunTest, FiltersHoldForEveryRowFound) {
 
 TEST_F(QueryRunTest, ManyEntriesRunTheLimitAtOnceAndNeverLoseOrMixRows) {
   NewRun(Query({"Antiques"}, 1))->RunQuery({});
-  const int oneJob = m_host->results.GetItemCount();
+  const int oneJob = m_host->results.RowCount();
   ASSERT_GT(oneJob, 0);
-  m_host->results.ClearRecords();
+  m_host->results.Clear();
   m_host->running = true;
   m_host->pages = 0;
   constexpr int kAtOnce = net::limits::kMaxQueryJobsAtOnce;
@@ -201,15 +204,15 @@ TEST_F(QueryRunTest, ManyEntriesRunTheLimitAtOnceAndNeverLoseOrMixRows) {
   EXPECT_EQ(run->MostJobsAtOnce(), kAtOnce);
   for (const auto& job : run->jobs()) EXPECT_TRUE(job->IsFinished());
   EXPECT_EQ(m_host->pages, kEntries * static_cast<int>(ListingsOf("Antiques")));
-  ASSERT_EQ(m_host->results.GetItemCount(), kEntries * oneJob);
+  ASSERT_EQ(m_host->results.RowCount(), kEntries * oneJob);
   std::multiset<std::string> links;
-  for (int row = 0; row < m_host->results.GetItemCount(); ++row) {
-    const auto record = m_host->results.GetItemData(row);
+  for (int row = 0; row < m_host->results.RowCount(); ++row) {
+    const auto record = m_host->results.RowAt(row);
     ASSERT_TRUE(record);
-    EXPECT_EQ(m_host->results.GetItemText(row, 0), record->GetEnding());
-    EXPECT_EQ(m_host->results.GetItemText(row, 1), record->GetTitle());
-    EXPECT_EQ(m_host->results.GetItemText(row, 2), record->GetPrice());
-    EXPECT_EQ(m_host->results.GetItemText(row, 3), record->GetBids());
+    EXPECT_EQ(m_host->results.CellText(row, 0), record->GetEnding());
+    EXPECT_EQ(m_host->results.CellText(row, 1), record->GetTitle());
+    EXPECT_EQ(m_host->results.CellText(row, 2), record->GetPrice());
+    EXPECT_EQ(m_host->results.CellText(row, 3), record->GetBids());
     links.insert(record->GetItemLink());
   }
   for (const std::string& link : links) EXPECT_EQ(links.count(link), static_cast<std::size_t>(kEntries));
@@ -231,10 +234,10 @@ TEST_F(QueryRunTest, AJobWithoutAThreadEndsWithNoRowsAndTheRunGoesOn) {
   for (const auto& job : run->jobs()) EXPECT_TRUE(job->IsFinished());
   EXPECT_EQ(m_host->pages, 2 * static_cast<int>(ListingsOf("Antiques")));
   // Two jobs ran: every item they found is there twice, and nothing else.
-  ASSERT_GT(m_host->results.GetItemCount(), 0);
+  ASSERT_GT(m_host->results.RowCount(), 0);
   std::multiset<std::string> links;
-  for (int row = 0; row < m_host->results.GetItemCount(); ++row) {
-    links.insert(m_host->results.GetItemData(row)->GetItemLink());
+  for (int row = 0; row < m_host->results.RowCount(); ++row) {
+    links.insert(m_host->results.RowAt(row)->GetItemLink());
   }
   for (const std::string& link : links) EXPECT_EQ(links.count(link), 2U);
   EXPECT_EQ(m_host->results.SortColumn(), 3);
@@ -253,7 +256,7 @@ TEST(QueryRunHostile, ANextLinkWithUserInformationNeverReachesTheOtherHost) {
   NewRun(host, Query({"Antiques"}, 3), options)->RunQuery({});
   // Each listing ends after its first page, whose Next link names evil.example as the host.
   EXPECT_EQ(host.pages, static_cast<int>(ListingsOf(host, "Antiques")));
-  EXPECT_GT(host.results.GetItemCount(), 0);
+  EXPECT_GT(host.results.RowCount(), 0);
   net::SharedSession session(options);
   EXPECT_EQ(session.GetPageText("http://listings.ebay.com/_test/seen?host=evil.example&path=%2Fnext&least=0", {}), "0");
 }
@@ -266,9 +269,9 @@ TEST_P(QueryFaults, SpoiltListingPagesEndTheRunWithTheRowsThatArrived) {
   options.lowSpeedBytesPerSecond = 1000;
   options.lowSpeedTime = std::chrono::seconds(1);
   NewRun(Query({"Antiques", "Art"}, 3), options)->RunQuery({});
-  const int clean = m_host->results.GetItemCount();
+  const int clean = m_host->results.RowCount();
   ASSERT_GT(clean, 0);
-  m_host->results.ClearRecords();
+  m_host->results.Clear();
   m_host->running = true;
 
   m_host->SpoilUsaListings(mode);
@@ -282,7 +285,7 @@ TEST_P(QueryFaults, SpoiltListingPagesEndTheRunWithTheRowsThatArrived) {
   for (const auto& job : run->jobs()) EXPECT_TRUE(job->IsFinished());
   EXPECT_FALSE(m_host->running);
   // Rows read before a connection broke are kept; the rest of that listing is given up.
-  const int found = m_host->results.GetItemCount();
+  const int found = m_host->results.RowCount();
   EXPECT_LT(found, clean);
   if (mode == "cut" || mode == "reset") {
     EXPECT_GT(found, 0);
@@ -304,11 +307,10 @@ TEST_F(QueryRunTest, PublishingAppendsHotRowsAndUploadsThem) {
                               std::chrono::milliseconds(0), {}));
   testing::WriteFileBytes(local, "old~|~01/01/2005~|~t~|~$1~|~99~|~\r\n");
   for (const char* bids : {"31", "30"}) {
-    const int row = m_host->results.InsertItem(9, "");
     auto record = std::make_shared<hotitems::CHotItemRecord>();
     record->SetItemLink("L");
     record->SetBids(bids);
-    m_host->results.SetItemData(row, record);
+    m_host->results.AppendRow(record);
   }
   const net::NetResult published = PublishHistory(m_host->results, local, sites::CompiledProfile(), SandboxNetOptions(),
                                                   std::chrono::milliseconds(0), {});

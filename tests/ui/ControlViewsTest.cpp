@@ -87,11 +87,11 @@ class ControlViewsTest : public ::testing::Test {
     return view.visualRect(m_treeModel.IndexOf(item)).center();
   }
   void AddItem(const char* bids) {
-    const int row = m_items.InsertItem(m_items.GetItemCount(), "01/02/2026");
-    m_items.SetItemText(row, 3, bids);
     auto record = std::make_shared<hotitems::CHotItemRecord>();
+    record->SetEnding("01/02/2026");
+    record->SetBids(bids);
     record->SetItemLink(kItem);
-    m_items.SetItemData(row, record);
+    m_items.AppendRow(record);
   }
 
   testing::RecordingBrowser m_browser;
@@ -103,18 +103,20 @@ class ControlViewsTest : public ::testing::Test {
   hotitems::CItemListCtrl m_items{hotitems::ItemListVariant::HistoryUSA, m_browser, m_messages, m_pages,
                                   hotitems::DateOrder::DayFirst};
   CategoryTreeModel m_treeModel{m_tree};
-  RowsModel m_keywordModel{{"Keywords"},
-                           [this] { return static_cast<int>(m_keywords.RowCount()); },
-                           [this](int row, int) { return m_keywords.RowText(static_cast<std::size_t>(row)); }};
+  RowsModel m_keywordModel{
+      {"Keywords"},
+      [this] { return static_cast<int>(m_keywords.RowCount()); },
+      [this](int row, int) { return m_keywords.RowAt(static_cast<std::size_t>(row))->GetKeyword(); }};
   RowsModel m_auctionModel{{"Auction", "Count"},
                            [this] { return static_cast<int>(m_auctions.RowCount()); },
                            [this](int row, int column) {
-                             const auto data = m_auctions.GetRow(static_cast<std::size_t>(row));
+                             const auto data = m_auctions.RowAt(static_cast<std::size_t>(row));
                              return column == 0 ? data.name : data.count;
                            }};
-  RowsModel m_itemModel{{"Date Ended", "Item Title", "Price", "Bids"},
-                        [this] { return m_items.GetItemCount(); },
-                        [this](int row, int column) { return m_items.GetItemText(row, column); }};
+  RowsModel m_itemModel{
+      {"Date Ended", "Item Title", "Price", "Bids"},
+      [this] { return static_cast<int>(m_items.RowCount()); },
+      [this](int row, int column) { return m_items.CellText(static_cast<std::size_t>(row), column); }};
   TreeItem m_category = keywords::kNoItem;
   TreeItem m_sub = keywords::kNoItem;
   TreeItem m_books = keywords::kNoItem;
@@ -126,14 +128,14 @@ TEST_F(ControlViewsTest, TreeClicksKeysAndMenusReachTheTreeAndADoubleClickNeverE
   view.resize(395, 300);
   view.show();
   QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, ItemPoint(view, m_category));
-  EXPECT_EQ(m_keywords.RowText(0), "chair");
+  EXPECT_EQ(m_keywords.RowAt(0)->GetKeyword(), "chair");
   QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, ItemPoint(view, m_category));
   EXPECT_FALSE(view.isExpanded(m_treeModel.IndexOf(m_category)));
   EXPECT_EQ(m_browser.Opened(), std::vector<std::string>{kAntiques});
   // "Clocks" stays hidden, so the next item down is "Books".
   QTest::keyClick(&view, Qt::Key_Down);
   EXPECT_EQ(m_tree.GetSelectedItem(), m_books);
-  EXPECT_EQ(m_keywords.RowText(0), "atlas");
+  EXPECT_EQ(m_keywords.RowAt(0)->GetKeyword(), "atlas");
 
   view.expandAll();
   EXPECT_EQ(view.MenuAt(QPoint(5, 290)), nullptr);
@@ -180,12 +182,12 @@ TEST_F(ControlViewsTest, TheSearchingMarkerIsDrawnGreenRightOfTheName) {
 }
 
 TEST_F(ControlViewsTest, KeywordAndAuctionListsShowMenusOnRowsOnlyAndIgnoreHeaderClicks) {
-  m_keywords.Fill(*Keywords({"clock", "mantelclock", "lamp"}, kClocks));
+  m_keywords.Assign(*Keywords({"clock", "mantelclock", "lamp"}, kClocks));
   KeywordListView keywords(m_keywords, &m_keywordModel, {365});
   keywords.resize(365, 300);
   keywords.show();
   EXPECT_EQ(keywords.MenuAt(QPoint(5, 290)), nullptr);
-  EXPECT_EQ(m_keywords.GetSelectionMark(), -1);
+  EXPECT_EQ(m_keywords.SelectionMark(), -1);
   const std::unique_ptr<QMenu> sorted = keywords.MenuAt(RowPoint(keywords, 1));
   EXPECT_EQ(LayoutOf(sorted), Layout("Display Page (Ending First)||Display Page (Newly Listed)||"
                                      "Display Page (Lowest Priced)||Display Page (Highest Price)",
@@ -252,12 +254,38 @@ TEST_F(ControlViewsTest, ItemListMenuOpensPagesAndItsHeaderSortsUnderAnArrow) {
   };
   EXPECT_EQ(darkTopWidth(3), 0);
   click(3);
-  EXPECT_EQ(m_items.GetItemText(0, 3), "-");
+  EXPECT_EQ(m_items.CellText(0, 3), "-");
   EXPECT_EQ(darkTopWidth(1), 0);
   EXPECT_TRUE(darkTopWidth(3) > 0 && darkTopWidth(3) <= 2);
   click(3);
-  EXPECT_EQ(m_items.GetItemText(0, 3), "41");
+  EXPECT_EQ(m_items.CellText(0, 3), "41");
   EXPECT_GE(darkTopWidth(3), header->height() / 4);
+
+  // The marked item stays highlighted, and is what Display Details opens, through sorts and rows
+  // arriving above it.
+  items.selectRow(2);
+  QTest::mouseClick(items.viewport(), Qt::LeftButton, {}, RowPoint(items, 2));
+  const std::string marked = m_items.MarkedRow()->GetBids();
+  click(3);
+  m_items.InsertRow(0, std::make_shared<hotitems::CHotItemRecord>());
+  m_itemModel.Refresh();
+  ASSERT_EQ(items.selectionModel()->selectedRows().size(), 1);
+  EXPECT_EQ(m_items.CellText(static_cast<std::size_t>(items.selectionModel()->selectedRows()[0].row()), 3), marked);
+}
+
+TEST_F(ControlViewsTest, AModelAnswersWithTheRowsItLastAnnouncedUntilItIsRefreshed) {
+  AddItem("1");
+  // Not told of changes: the refresh a control's change queues has not come yet.
+  RowsModel model(
+      {"Bids"}, [this] { return static_cast<int>(m_items.RowCount()); },
+      [this](int row, int) { return m_items.CellText(static_cast<std::size_t>(row), 3); });
+  AddItem("2");
+  EXPECT_EQ(model.rowCount(), 1);
+  m_items.Clear();
+  EXPECT_EQ(model.rowCount(), 1);
+  EXPECT_EQ(model.data(model.index(0, 0)).toString(), "");
+  model.Refresh();
+  EXPECT_EQ(model.rowCount(), 0);
 }
 
 }  // namespace

@@ -264,7 +264,7 @@ TEST_F(IdleWindowTest, SearchFindsTheWordInTheVisibleListOrSaysWhy) {
 
   m_window.searchEdit()->setText("plate");
   Click(m_window, FaceRegion::Search);
-  EXPECT_EQ(m_window.controller().AuctionList(Site::USA).GetSelectionMark(), 2);
+  EXPECT_EQ(m_window.controller().AuctionList(Site::USA).SelectionMark(), 2);
   // Enter in the search edit searches on from the mark; nothing further matches.
   m_window.activateWindow();
   ASSERT_TRUE(ProcessEventsUntil([&] { return m_window.isActiveWindow(); }));

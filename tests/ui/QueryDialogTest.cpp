@@ -266,12 +266,12 @@ TEST_F(QueryDialogTest, SavesTheSameBytesAsTheCommandLine) {
 TEST_F(QueryDialogTest, StartQueryNeedsACategoryAndStartsTheRunEvenWhenAFieldFails) {
   auto owned = Dialog();
   CQueryDialog& dialog = *owned;
-  m_controller.QueryResults().InsertItem(0, "an earlier result");
+  m_controller.QueryResults().AppendRow(std::make_shared<hotitems::CHotItemRecord>());
   dialog.button(kStartQuery)->click();
   ASSERT_EQ(m_messages.Messages().size(), 1u);
   EXPECT_EQ(m_messages.Messages()[0].text, "Please enter at least one category.");
   EXPECT_EQ(m_messages.Messages()[0].title, "Gavelscope");
-  EXPECT_EQ(m_controller.QueryResults().GetItemCount(), 0);
+  EXPECT_EQ(m_controller.QueryResults().RowCount(), 0);
   EXPECT_FALSE(m_controller.IsQueryAlive());
   EXPECT_NE(dialog.result(), QDialog::Accepted);
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Copyright 2026 The Gavelscope developers
-#include "base/ListCommands.h"
+#include "base/ListControl.h"
 
 #include "base/Files.h"
 #include "base/TextHelpers.h"
@@ -19,19 +19,6 @@ int SearchRows(std::size_t rowCount, int mark, std::string_view word,
 
 void ReportNotFound(IUserMessages& messages) {
   messages.Show(UserMessage{text::kNotFound, text::kMessageTitle});
-}
-
-bool FindNextAndMark(std::mutex& listMutex, int& mark, std::string_view word,
-                     const std::function<std::size_t()>& rowCount,
-                     const std::function<std::string(std::size_t)>& textOf, IUserMessages& messages) {
-  int found = kNoMatch;
-  {
-    std::lock_guard lock(listMutex);
-    found = SearchRows(rowCount(), mark, word, textOf);
-    if (found >= 0) mark = found;
-  }
-  if (found == kNoMatch) ReportNotFound(messages);
-  return found >= 0;
 }
 
 Outcome ExportToFile(const std::filesystem::path& file, std::string_view bytes, IUserMessages& messages) {
