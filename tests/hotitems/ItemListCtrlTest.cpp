@@ -135,21 +135,28 @@ TEST_F(ItemListTest, HeaderClicksWhileTheListFillsNeverMixRowsAndTheMarkKeepsIts
   constexpr int kRows = 20000;
   Fill(1, {"the marked one"});
   ASSERT_TRUE(m_list.ContextMenuAt(0));
-  std::atomic<bool> filling = true;
-  std::jthread clicks([&] {
-    for (int column = 0; filling; column = (column + 1) % CItemListCtrl::kColumnCount) m_list.OnHeaderClick(column);
+  std::atomic<bool> filled = false;
+  std::jthread filler([&] {
+    for (int i = 0; i < kRows; ++i) {
+      auto record = std::make_shared<CHotItemRecord>();
+      const std::string n = std::to_string(i);
+      record->SetEnding(n + "/01/2005");
+      record->SetTitle("title " + n);
+      record->SetPrice("$" + n);
+      record->SetBids(n);
+      m_list.InsertRow(static_cast<std::size_t>(i % 7), record);
+    }
+    filled = true;
   });
-  for (int i = 0; i < kRows; ++i) {
-    auto record = std::make_shared<CHotItemRecord>();
-    const std::string n = std::to_string(i);
-    record->SetEnding(n + "/01/2005");
-    record->SetTitle("title " + n);
-    record->SetPrice("$" + n);
-    record->SetBids(n);
-    m_list.InsertRow(static_cast<std::size_t>(i % 7), record);
+  // A header click every few hundred rows, all through the fill.
+  int clicks = 0;
+  for (std::size_t next = 0; !filled;) {
+    if (m_list.RowCount() < next) continue;
+    m_list.OnHeaderClick(clicks++ % CItemListCtrl::kColumnCount);
+    next += 400;
   }
-  filling = false;
-  clicks.join();
+  filler.join();
+  EXPECT_GT(clicks, 10);
   ASSERT_EQ(m_list.RowCount(), static_cast<std::size_t>(kRows + 1));
   for (std::size_t row = 0; row < m_list.RowCount(); row += 97) {
     const CItemListCtrl::RecordPtr record = m_list.RowAt(row);
