@@ -4,18 +4,15 @@
 
 #include <stdlib.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <ostream>
-#include <set>
 #include <system_error>
 
 #include "app/BrowserLauncher.h"
 #include "app/HeadlessMainView.h"
-#include "app/RunController.h"
-#include "app/Startup.h"
+#include "app/ProgramSetup.h"
 #include "app/UserFolders.h"
-#include "base/ListControl.h"
-#include "base/UserMessages.h"
-#include "query/QueryFile.h"
 
 namespace gavelscope::cli {
 
@@ -87,273 +84,99 @@ class RunFolder {
   std::filesystem::path m_path;
 };
 
-bool TakeValue(const std::vector<std::string>& args, std::size_t& i, const std::string& name, std::string& value,
-               std::string& error) {
-  const std::string& arg = args[i];
-  if (arg.starts_with(name + "=")) {
-    value = arg.substr(name.size() + 1);
-    return true;
+// The command line: global options (--help and --version anywhere; the shared ones before the
+// command), the command's name, then its own arguments.
+struct Parsed {
+  app::SharedOptions shared;
+  bool help = false;
+  bool version = false;
+  std::unique_ptr<Command> command;
+};
+
+bool Parse(const std::vector<std::string>& args, Parsed& parsed, std::string& error) {
+  std::vector<std::unique_ptr<Command>> commands = AllCommands();
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    const std::string& arg = args[i];
+    if (arg == "--help" || arg == "-h") {
+      parsed.help = true;
+      continue;
+    }
+    if (arg == "--version") {
+      parsed.version = true;
+      continue;
+    }
+    if (!parsed.command) {
+      if (app::TakeSharedOption(args, i, parsed.shared, error)) {
+        if (!error.empty()) return false;
+        continue;
+      }
+      const auto named =
+          std::find_if(commands.begin(), commands.end(), [&](const auto& c) { return c->Name() == arg; });
+      if (named == commands.end()) {
+        error = (arg.starts_with("-") ? "unknown option: " : "unknown command: ") + arg;
+        return false;
+      }
+      parsed.command = std::move(*named);
+      continue;
+    }
+    if (!parsed.command->TakeArgument(args, i, error)) error = "unknown option: " + arg;
+    if (!error.empty()) return false;
   }
-  if (i + 1 >= args.size()) {
-    error = name + " needs a value";
+  if (parsed.help || parsed.version) return true;
+  if (!parsed.command) {
+    error = "no command given";
     return false;
   }
-  value = args[++i];
-  return true;
-}
-
-bool IsOption(const std::string& arg, const std::string& name) {
-  return arg == name || arg.starts_with(name + "=");
-}
-
-bool ValidConnectTo(const std::string& mapping) {
-  int colons = 0;
-  for (char c : mapping) colons += c == ':' ? 1 : 0;
-  return colons >= 3;
-}
-
-int PrintCategories(app::CRunController& controller, sites::Site site, std::stop_token stop, std::ostream& out) {
-  sites::SiteCategories& categories = controller.Categories(site);
-  if (!categories.ready.Wait(stop)) return kExitFailure;
-  for (std::size_t i = 0; i < categories.arrCategoryNames.size(); ++i) {
-    out << categories.arrCategoryNames[i] << '\t' << categories.arrCategoryLinks[i] << '\n';
-  }
-  out.flush();
-  return out ? kExitOk : kExitFailure;
-}
-
-// The first item in tree order (each category, then its sub-categories) with the given text.
-keywords::TreeItem FindItem(const keywords::CCategoryTree& tree, const std::string& text) {
-  for (keywords::TreeItem root : tree.RootItems()) {
-    if (tree.GetItemText(root) == text) return root;
-    for (keywords::TreeItem child : tree.ChildItems(root)) {
-      if (tree.GetItemText(child) == text) return child;
-    }
-  }
-  return keywords::kNoItem;
-}
-
-// The export goes to stdout, or to the file, after which the user is told it is done.
-int WriteExport(const std::string& text, const std::optional<std::filesystem::path>& file,
-                base::IUserMessages& messages, std::ostream& out, std::ostream& err) {
-  if (file && *file != "-") {
-    const net::NetResult written = base::ExportToFile(*file, text, messages);
-    if (!written) err << "Cannot write " << file->string() << ": " << written.error << '\n';
-    return written ? kExitOk : kExitFailure;
-  }
-  out << text;
-  out.flush();
-  return out ? kExitOk : kExitFailure;
-}
-
-int PrintAuctions(app::CRunController& controller, const CliRequest& request, std::stop_token stop,
-                  base::IUserMessages& messages, std::ostream& out, std::ostream& err) {
-  const app::Load load = request.site == sites::Site::USA ? app::Load::AuctionsUSA : app::Load::AuctionsUK;
-  if (!controller.LoadDone(load).Wait(stop)) return kExitFailure;
-  return WriteExport(controller.AuctionList(request.site).ExportText(), request.exportFile, messages, out, err);
-}
-
-int PrintHistory(app::CRunController& controller, const CliRequest& request, std::stop_token stop,
-                 base::IUserMessages& messages, std::ostream& out, std::ostream& err) {
-  if (!controller.LoadDone(app::Load::HotItems).Wait(stop)) return kExitFailure;
-  return WriteExport(controller.HotItemList(request.site).ExportText(), request.exportFile, messages, out, err);
-}
-
-int RunQuery(app::CRunController& controller, const query::QuerySpec& query, const CliRequest& request,
-             std::stop_token stop, base::IUserMessages& messages, std::ostream& out, std::ostream& err) {
-  // The names become links once the site's categories are known, as when the dialog starts a query.
-  if (!controller.Categories(query.site).ready.Wait(stop)) return kExitFailure;
-  controller.StartQuery(query);
-  if (!controller.QueryEnded().Wait(stop)) return kExitFailure;
-  return WriteExport(controller.QueryResults().ExportText(), request.exportFile, messages, out, err);
-}
-
-int PrintKeywords(app::CRunController& controller, const CliRequest& request, std::stop_token stop,
-                  base::IUserMessages& messages, std::ostream& out, std::ostream& err) {
-  const app::Load load = request.site == sites::Site::USA ? app::Load::KeywordsUSA : app::Load::KeywordsUK;
-  if (!controller.LoadDone(load).Wait(stop)) return kExitFailure;
-  keywords::CCategoryTree& tree = controller.Tree(request.site);
-  if (request.item) {
-    const keywords::TreeItem item = FindItem(tree, *request.item);
-    if (item == keywords::kNoItem) {
-      err << "gavelscope-cli: no category or sub-category called \"" << *request.item << "\"\n";
-      return kExitFailure;
-    }
-    if (const auto array = tree.GetItemData(item)) {
-      for (const keywords::KeywordRecordPtr& record : *array) {
-        out << record->GetKeyword() << '\t' << record->GetSearchLink() << '\n';
-      }
-    }
-    out.flush();
-    return out ? kExitOk : kExitFailure;
-  }
-  return WriteExport(tree.ExportText(), request.exportFile, messages, out, err);
+  error = parsed.command->Check();
+  return error.empty();
 }
 
 }  // namespace
 
-std::optional<CliRequest> ParseCommandLine(const std::vector<std::string>& args, std::string& error) {
-  static const std::set<std::string> kCommands{"categories", "keywords",  "auctions",  "history",
-                                               "query",      "query-new", "query-show"};
-  CliRequest request;
-  bool siteGiven = false;
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    const std::string& arg = args[i];
-    const bool global = request.command.empty();
-    std::string value;
-    if (arg == "--help" || arg == "-h") {
-      request.help = true;
-    } else if (arg == "--version") {
-      request.version = true;
-    } else if (global && arg == "--sandbox") {
-      request.sandbox = true;
-    } else if (global && IsOption(arg, "--connect-to")) {
-      if (!TakeValue(args, i, "--connect-to", value, error)) return std::nullopt;
-      if (!ValidConnectTo(value)) {
-        error = "--connect-to needs HOST:PORT:ADDR:PORT, not \"" + value + "\"";
-        return std::nullopt;
-      }
-      request.connectTo.push_back(value);
-    } else if (global && kCommands.contains(arg)) {
-      request.command = arg;
-    } else if (request.command == "query-new") {
-      if (!ParseQueryOption(args, i, request.choices, error)) return std::nullopt;
-    } else if ((request.command == "query" || request.command == "query-show") && !request.queryFile &&
-               !arg.starts_with("-")) {
-      request.queryFile = arg;
-    } else if (!global && IsOption(arg, "--site")) {
-      if (!TakeValue(args, i, "--site", value, error)) return std::nullopt;
-      if (value != "usa" && value != "uk") {
-        error = "--site is usa or uk, not \"" + value + "\"";
-        return std::nullopt;
-      }
-      request.site = value == "usa" ? sites::Site::USA : sites::Site::UK;
-      siteGiven = true;
-    } else if (request.command != "categories" && request.command != "query-show" && IsOption(arg, "--export")) {
-      if (!TakeValue(args, i, "--export", value, error)) return std::nullopt;
-      if (value.empty()) {
-        error = "--export needs a file name, or - for standard output";
-        return std::nullopt;
-      }
-      request.exportFile = value;
-    } else if (request.command == "keywords" && IsOption(arg, "--item")) {
-      if (!TakeValue(args, i, "--item", value, error)) return std::nullopt;
-      request.item = value;
-    } else {
-      error = (global && !arg.starts_with("-") ? "unknown command: " : "unknown option: ") + arg;
-      return std::nullopt;
-    }
-  }
-  if (request.help || request.version) return request;
-  if (request.command.empty()) {
-    error = "no command given";
-    return std::nullopt;
-  }
-  const bool queryCommand = request.command.starts_with("query");
-  if (!queryCommand && !siteGiven) {
-    error = request.command + " needs --site usa|uk";
-    return std::nullopt;
-  }
-  if ((request.command == "query" || request.command == "query-show") && !request.queryFile) {
-    error = request.command + " needs a query file";
-    return std::nullopt;
-  }
-  if (request.command == "query-new" && request.choices.output.empty()) {
-    error = "query-new needs --output FILE.sbqry";
-    return std::nullopt;
-  }
-  if (request.exportFile && request.item) {
-    error = "--export and --item do not go together";
-    return std::nullopt;
-  }
-  return request;
-}
-
 int RunCli(const std::vector<std::string>& args, const CliEnvironment& environment, std::ostream& out,
            std::ostream& err) {
+  Parsed parsed;
   std::string error;
-  const std::optional<CliRequest> request = ParseCommandLine(args, error);
-  if (!request) {
+  if (!Parse(args, parsed, error)) {
     err << "gavelscope-cli: " << error << "\n\n" << kUsage;
     return kExitUsage;
   }
-  if (request->help) {
+  if (parsed.help) {
     out << kUsage;
     return kExitOk;
   }
-  if (request->version) {
+  if (parsed.version) {
     out << kVersion;
     return kExitOk;
   }
-
-  if (request->command == "query-new") {
-    const base::Outcome saved = query::SaveQueryFile(request->choices.output, request->choices.query);
-    if (!saved) err << "Cannot Save To File : " << request->choices.output.string() << ": " << saved.error << '\n';
-    return saved ? kExitOk : kExitFailure;
-  }
-  if (request->command == "query-show") {
-    std::string description;
-    const base::Outcome read = query::DescribeQueryFile(*request->queryFile, description);
-    if (!read) {
-      err << read.error << '\n';
-      return kExitFailure;
-    }
-    out << description;
-    out.flush();
-    return out ? kExitOk : kExitFailure;
-  }
-  query::QuerySpec query;
-  if (request->queryFile) {
-    const base::Outcome loaded = query::LoadQueryFile(*request->queryFile, query);
-    if (!loaded) {
-      err << loaded.error << '\n';
-      return kExitFailure;
-    }
-  }
-
-  app::ControllerConfig config;
-  config.profile = sites::CompiledProfile();
-  config.net = environment.net;
-  // Mappings given on the command line come first, so they win over the sandbox's.
-  config.net.connectTo = request->connectTo;
-  std::unique_ptr<standin::SandboxProcess> sandbox;
-  if (request->sandbox) {
-    sandbox = standin::SandboxProcess::Start(environment.sandbox, error);
-    if (!sandbox) {
-      err << "gavelscope-cli: cannot start the sandbox: " << error << '\n';
-      return kExitFailure;
-    }
-    config.net.connectTo.insert(config.net.connectTo.end(), sandbox->connectTo().begin(), sandbox->connectTo().end());
-  }
-
+  Command& command = *parsed.command;
   StderrMessages messages(err);
+  if (!command.NeedsRun()) {
+    CommandContext context{nullptr, messages, out, err, environment.stop};
+    return command.Run(context);
+  }
+  if (const int prepared = command.Prepare(err); prepared != kExitOk) return prepared;
+
+  app::CProgramSetup setup;
+  if (!setup.Start(parsed.shared, environment.sandbox, environment.net, error)) {
+    err << "gavelscope-cli: cannot start the sandbox: " << error << '\n';
+    return kExitFailure;
+  }
   const std::stop_token stop = environment.stop;
-  if (!app::ProbeConnectivity(config.profile, config.net, stop)) {
+  if (!setup.ProbeConnectivity(stop)) {
     if (stop.stop_requested()) return kExitFailure;
     messages.Show(base::UserMessage{base::text::kNoInternet, base::text::kApplicationName});
     return kExitFailure;
   }
-
   RunFolder folder;
-  config.cacheFolder = folder.path();
-  config.dateOrder = hotitems::DateOrderFromLocale();
+  app::ControllerConfig config = setup.Config(folder.path());
   config.queryPollInterval = environment.queryPollInterval;
   app::HeadlessMainView view;
   app::CBrowserLauncher browser(messages);
   app::CRunController controller(config, view, messages, browser);
   controller.Start();
-  int status = kExitFailure;
-  if (request->command == "keywords") {
-    status = PrintKeywords(controller, *request, stop, messages, out, err);
-  } else if (request->command == "auctions") {
-    status = PrintAuctions(controller, *request, stop, messages, out, err);
-  } else if (request->command == "history") {
-    status = PrintHistory(controller, *request, stop, messages, out, err);
-  } else if (request->command == "query") {
-    status = RunQuery(controller, query, *request, stop, messages, out, err);
-  } else {
-    status = PrintCategories(controller, request->site, stop, out);
-  }
+  CommandContext context{&controller, messages, out, err, stop};
+  const int status = command.Run(context);
   controller.Shutdown();
   return status;
 }

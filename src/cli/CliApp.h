@@ -3,39 +3,16 @@
 #pragma once
 
 #include <chrono>
-#include <filesystem>
 #include <iosfwd>
-#include <optional>
 #include <stop_token>
 #include <string>
 #include <vector>
 
-#include "cli/QueryOptions.h"
+#include "cli/Command.h"
 #include "net/NetOptions.h"
-#include "sites/SiteProfile.h"
 #include "standin/SandboxProcess.h"
 
 namespace gavelscope::cli {
-
-inline constexpr int kExitOk = 0;
-inline constexpr int kExitFailure = 1;
-inline constexpr int kExitUsage = 2;
-
-struct CliRequest {
-  std::vector<std::string> connectTo;
-  bool sandbox = false;
-  bool help = false;
-  bool version = false;
-  std::string command;
-  sites::Site site = sites::Site::USA;
-  std::optional<std::filesystem::path> exportFile;  // write the export here; "-" is standard output
-  std::optional<std::string> item;                  // keywords: show this tree item's keywords
-  std::optional<std::filesystem::path> queryFile;   // query, query-show: the query file to read
-  QueryChoices choices;                             // query-new: what the query dialog would hold
-};
-
-// The parsed command line, or nullopt with `error` set for a usage error.
-std::optional<CliRequest> ParseCommandLine(const std::vector<std::string>& args, std::string& error);
 
 struct CliEnvironment {
   standin::SandboxOptions sandbox;                     // how --sandbox starts the stand-in sites

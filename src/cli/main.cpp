@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Copyright 2026 The Gavelscope developers
 #include <clocale>
+#include <filesystem>
 #include <iostream>
 #include <string>
 #include <vector>
 
+#include "app/ProgramSetup.h"
 #include "cli/CliApp.h"
 #include "cli/SignalStop.h"
 
@@ -16,7 +18,7 @@ int main(int argc, char** argv) {
   const std::vector<std::string> args(argv + 1, argv + argc);
   gavelscope::cli::CliEnvironment environment;
   environment.sandbox.python = GAVELSCOPE_SANDBOX_PYTHON;
-  environment.sandbox.script = GAVELSCOPE_SANDBOX_SCRIPT;
+  environment.sandbox.script = gavelscope::app::SandboxScriptFor(std::filesystem::read_symlink("/proc/self/exe"));
   environment.stop = signals.token();
   return signals.ExitStatus(gavelscope::cli::RunCli(args, environment, std::cout, std::cerr));
 }

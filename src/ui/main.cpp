@@ -9,16 +9,15 @@
 
 #include <clocale>
 #include <cstdlib>
+#include <filesystem>
 #include <iostream>
 #include <string>
 #include <vector>
 
 #include "app/InstanceGuard.h"
-#include "app/Startup.h"
+#include "app/ProgramSetup.h"
 #include "app/UserFolders.h"
 #include "base/UserMessages.h"
-#include "hotitems/ItemCompare.h"
-#include "standin/SandboxProcess.h"
 #include "ui/MainDialog.h"
 
 namespace {
@@ -50,11 +49,11 @@ void Tell(const char* text) {
 
 int main(int argc, char** argv) {
   using namespace gavelscope;
-  std::vector<std::string> connectTo;
-  bool sandbox = false;
+  const std::vector<std::string> args(argv + 1, argv + argc);
+  app::SharedOptions shared;
   QString screenshot;
-  for (int i = 1; i < argc; ++i) {
-    const std::string arg = argv[i];
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    const std::string& arg = args[i];
     if (arg == "--help" || arg == "-h") {
       std::cout << kUsage;
       return 0;
@@ -63,12 +62,14 @@ int main(int argc, char** argv) {
       std::cout << "gavelscope 2.0\n";
       return 0;
     }
-    if (arg == "--sandbox") {
-      sandbox = true;
-    } else if (arg == "--screenshot" && i + 1 < argc) {
-      screenshot = QString::fromLocal8Bit(argv[++i]);
-    } else if (arg == "--connect-to" && i + 1 < argc) {
-      connectTo.emplace_back(argv[++i]);
+    std::string error;
+    if (app::TakeSharedOption(args, i, shared, error)) {
+      if (error.empty()) continue;
+      std::cerr << "gavelscope: " << error << "\n\n" << kUsage;
+      return 2;
+    }
+    if (arg == "--screenshot" && i + 1 < args.size()) {
+      screenshot = QString::fromLocal8Bit(args[++i].c_str());
     } else {
       std::cerr << "gavelscope: unknown option: " << arg << "\n\n" << kUsage;
       return 2;
@@ -86,27 +87,19 @@ int main(int argc, char** argv) {
     Tell(base::text::kAlreadyRunning);
     return 0;
   }
-  app::ControllerConfig config;
-  config.profile = sites::CompiledProfile();
-  config.net.connectTo = connectTo;
-  config.cacheFolder = app::CacheFolder();
-  config.dateOrder = hotitems::DateOrderFromLocale();
-  std::unique_ptr<standin::SandboxProcess> stand_in;
-  if (sandbox) {
-    std::string error;
-    standin::SandboxOptions options{GAVELSCOPE_SANDBOX_PYTHON, GAVELSCOPE_SANDBOX_SCRIPT, {}};
-    stand_in = standin::SandboxProcess::Start(options, error);
-    if (!stand_in) {
-      std::cerr << "gavelscope: cannot start the sandbox: " << error << '\n';
-      return 1;
-    }
-    config.net.connectTo.insert(config.net.connectTo.end(), stand_in->connectTo().begin(), stand_in->connectTo().end());
+  app::CProgramSetup setup;
+  std::string error;
+  const standin::SandboxOptions sandbox{
+      GAVELSCOPE_SANDBOX_PYTHON, app::SandboxScriptFor(std::filesystem::read_symlink("/proc/self/exe")), {}};
+  if (!setup.Start(shared, sandbox, net::NetOptions{}, error)) {
+    std::cerr << "gavelscope: cannot start the sandbox: " << error << '\n';
+    return 1;
   }
-  if (!app::ProbeConnectivity(config.profile, config.net)) {
+  if (!setup.ProbeConnectivity()) {
     Tell(base::text::kNoInternet);
     return 0;
   }
-  ui::CMainDialog window(config);
+  ui::CMainDialog window(setup.Config(app::CacheFolder()));
   int exitCode = 0;
   if (!screenshot.isEmpty()) {
     window.mainView().SetRunCompleteHandler([&] {

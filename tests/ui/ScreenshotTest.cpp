@@ -61,16 +61,15 @@ TEST(Screenshot, TheWindowOnAnXServerShowsTheLoadedSandbox) {
   // The tree lists the sandbox's categories in blue, one per line.
   int blueLines = 0;
   for (int y = 137; y < 533; ++y) {
-    blueLines += CountPixels(shot, QRect(17, y, 390, 1), [](QColor c) {
-                   return c.blue() > 150 && c.red() < 100 && c.green() < 100;
-                 }) > 0
+    blueLines += CountPixels(shot, QRect(17, y, 390, 1),
+                             [](QColor c) { return c.blue() > 150 && c.red() < 100 && c.green() < 100; }) > 0
                      ? 1
                      : 0;
   }
   EXPECT_GT(blueLines, 100);
 }
 
-TEST(Install, TheInstalledProgramStartsFromAnyFolderAndFindsItsPictures) {
+TEST(Install, TheInstalledProgramStartsFromAnyFolderAndFindsItsPicturesAndItsSandbox) {
   QTemporaryDir prefix;
   ASSERT_TRUE(prefix.isValid());
   QProcess install;
@@ -81,7 +80,8 @@ TEST(Install, TheInstalledProgramStartsFromAnyFolderAndFindsItsPictures) {
   ASSERT_EQ(install.exitCode(), 0);
   const std::filesystem::path root = prefix.path().toStdString();
   for (const char* file : {"bin/gavelscope", "bin/gavelscope-cli", "share/gavelscope/usaselected.gif",
-                           "share/applications/gavelscope.desktop", "share/icons/hicolor/48x48/apps/gavelscope.png"}) {
+                           "share/applications/gavelscope.desktop", "share/icons/hicolor/48x48/apps/gavelscope.png",
+                           "share/gavelscope/sandbox/sandbox.py", "share/gavelscope/sandbox/sitegen.py"}) {
     EXPECT_TRUE(std::filesystem::is_regular_file(root / file)) << file;
   }
 

@@ -1,14 +1,26 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Copyright 2026 The Gavelscope developers
-#include "cli/QueryOptions.h"
-
 #include <charconv>
+#include <ostream>
 
+#include "cli/Command.h"
 #include "net/NetOptions.h"
+#include "query/QueryFile.h"
 
 namespace gavelscope::cli {
 
 namespace {
+
+// The choices of query-new, the command-line face of the query dialog: the query (on the USA site
+// unless told otherwise, as the dialog opens) and the file to save it in.
+struct QueryChoices {
+  query::QuerySpec query = [] {
+    query::QuerySpec spec;
+    spec.site = sites::Site::USA;
+    return spec;
+  }();
+  std::filesystem::path output;
+};
 
 bool ReadInt(const std::string& text, std::int32_t& value) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
@@ -48,9 +60,9 @@ bool ParseFilter(const std::vector<std::string>& args, std::size_t& i, const std
   return true;
 }
 
-}  // namespace
-
-bool ParseQueryOption(const std::vector<std::string>& args, std::size_t& i, QueryChoices& choices, std::string& error) {
+// Takes the query-new option at args[i] (and its values): true when it was one, with `error` set when
+// it was malformed.
+bool TakeQueryOption(const std::vector<std::string>& args, std::size_t& i, QueryChoices& choices, std::string& error) {
   const std::string& arg = args[i];
   const bool hasValue = i + 1 < args.size();
   if (arg == "--site" && hasValue && (args[i + 1] == "usa" || args[i + 1] == "uk")) {
@@ -65,7 +77,7 @@ bool ParseQueryOption(const std::vector<std::string>& args, std::size_t& i, Quer
     if (!ReadInt(args[i + 1], choices.query.pageDepth) || choices.query.pageDepth < 1 ||
         choices.query.pageDepth > 10000) {
       error = "--page-depth is a whole number from 1 to 10000";
-      return false;
+      return true;
     }
     ++i;
     return true;
@@ -74,7 +86,7 @@ bool ParseQueryOption(const std::vector<std::string>& args, std::size_t& i, Quer
     // A file the program itself would refuse to load is not written.
     if (choices.query.categories.size() >= static_cast<std::size_t>(net::limits::kMaxQueryCategories)) {
       error = "a query holds at most " + std::to_string(net::limits::kMaxQueryCategories) + " categories";
-      return false;
+      return true;
     }
     choices.query.categories.push_back(args[++i]);
     return true;
@@ -91,7 +103,7 @@ bool ParseQueryOption(const std::vector<std::string>& args, std::size_t& i, Quer
       choices.query.sort = query::SortColumn::Bids;
     else {
       error = "--sort is date, title, price or bids";
-      return false;
+      return true;
     }
     return true;
   }
@@ -103,7 +115,7 @@ bool ParseQueryOption(const std::vector<std::string>& args, std::size_t& i, Quer
     choices.output = args[++i];
     if (choices.output.empty()) {
       error = "--output needs a file name";
-      return false;
+      return true;
     }
     return true;
   }
@@ -113,7 +125,35 @@ bool ParseQueryOption(const std::vector<std::string>& args, std::size_t& i, Quer
     if (!error.empty()) return false;
   }
   error = "unknown option: " + arg;
-  return false;
+  return true;
+}
+
+// query-new [options] --output FILE.sbqry: saves the query the dialog would save for the same choices.
+class QueryNewCommand : public Command {
+ public:
+  std::string_view Name() const override { return "query-new"; }
+  bool TakeArgument(const std::vector<std::string>& args, std::size_t& i, std::string& error) override {
+    return TakeQueryOption(args, i, m_choices, error);
+  }
+  std::string Check() const override {
+    return m_choices.output.empty() ? "query-new needs --output FILE.sbqry" : std::string();
+  }
+  bool NeedsRun() const override { return false; }
+
+  int Run(CommandContext& context) override {
+    const base::Outcome saved = query::SaveQueryFile(m_choices.output, m_choices.query);
+    if (!saved) context.err << "Cannot Save To File : " << m_choices.output.string() << ": " << saved.error << '\n';
+    return saved ? kExitOk : kExitFailure;
+  }
+
+ private:
+  QueryChoices m_choices;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> MakeQueryNewCommand() {
+  return std::make_unique<QueryNewCommand>();
 }
 
 }  // namespace gavelscope::cli
