@@ -26,8 +26,8 @@ CInitialiseHotItemQueryThread::CInitialiseHotItemQueryThread(IQueryHost& host, s
     : m_host(host),
       m_profile(std::move(profile)),
       m_options(std::move(options)),
-      m_query(std::move(query)),
-      m_startThread([](std::function<void()> body) { return std::jthread(std::move(body)); }) {}
+      m_startThread([](std::function<void()> body) { return std::jthread(std::move(body)); }),
+      m_query(std::move(query)) {}
 
 CInitialiseHotItemQueryThread::~CInitialiseHotItemQueryThread() {
   for (std::jthread& thread : m_jobThreads) thread.request_stop();
