@@ -29,59 +29,36 @@ FrameTiming Frame(std::uint32_t delay, int disposal, int left = 0) {
   return FrameTiming{delay, disposal, FrameRect{left, 0, 1, 1}, true};
 }
 
-TEST(PictureAnimation, ShortDelaysShowForATenthOfASecond) {
-  RecordingCanvas canvas;
-  CPictureAnimation animation({Frame(0, 0), Frame(4, 0), Frame(5, 0), Frame(50, 0)}, canvas, 0xFFFFFF);
-  std::vector<std::optional<milliseconds>> holds;
-  for (int i = 0; i < 4; ++i) {
-    holds.push_back(animation.ShowCurrent());
-    animation.Advance();
+TEST(PictureAnimation, DelaysUnderFiveHundredthsHoldATenthOfASecondAndNoTimingHoldsUntilStopped) {
+  for (const auto& [delay, hold] : {std::pair{0, 100}, {4, 100}, {5, 50}, {50, 500}}) {
+    EXPECT_EQ(CPictureAnimation::HoldTime(delay), milliseconds(hold)) << delay;
   }
-  EXPECT_EQ(holds, (std::vector<std::optional<milliseconds>>{milliseconds(100), milliseconds(100), milliseconds(50),
-                                                             milliseconds(500)}));
-}
-
-TEST(PictureAnimation, AFrameWithoutTimingStaysUntilStopped) {
-  RecordingCanvas canvas;
-  CPictureAnimation animation({Frame(10, 0), Frame(0xFFFFFFFF, 0)}, canvas, 0);
-  animation.ShowCurrent();
-  animation.Advance();
-  EXPECT_EQ(animation.ShowCurrent(), std::nullopt);
+  EXPECT_EQ(CPictureAnimation::HoldTime(0xFFFFFFFF), std::nullopt);
 }
 
 TEST(PictureAnimation, DisposalsClearRestoreOrKeepAndEachRoundStartsClean) {
   RecordingCanvas canvas;
   CPictureAnimation animation({Frame(10, 2, 5), Frame(10, 3), Frame(10, 1)}, canvas, 0);
   for (int i = 0; i < 4; ++i) {
-    animation.ShowCurrent();
+    EXPECT_EQ(animation.ShowCurrent(), milliseconds(100));
     animation.Advance();
   }
   EXPECT_EQ(canvas.steps, (std::vector<std::string>{"draw 0", "clear 5,0", "save", "draw 1", "restore", "draw 2",
                                                     "clear all", "draw 0", "clear 5,0"}));
 }
 
-TEST(PictureAnimation, AStoppedAnimationResumesAtItsFrame) {
+TEST(PictureAnimation, UndecodedFramesArePassedOverAndAStoppedAnimationResumesAtItsFrame) {
   RecordingCanvas canvas;
-  CPictureAnimation animation({Frame(10, 0), Frame(10, 2, 7), Frame(10, 0)}, canvas, 0);
-  animation.ShowCurrent();
-  animation.Advance();
-  animation.ShowCurrent();  // stopped while frame 1 shows
-  canvas.steps.clear();
-  animation.Resume();
-  animation.ShowCurrent();
-  EXPECT_EQ(animation.CurrentFrame(), 1U);
-  EXPECT_EQ(canvas.steps, (std::vector<std::string>{"clear 7,0", "draw 1"}));
-}
-
-TEST(PictureAnimation, UndecodedFramesArePassedOver) {
-  RecordingCanvas canvas;
-  std::vector<FrameTiming> frames{Frame(10, 2), Frame(10, 0)};
+  std::vector<FrameTiming> frames{Frame(10, 2), Frame(10, 2, 7), Frame(10, 0)};
   frames[0].decoded = false;
   CPictureAnimation animation(frames, canvas, 0);
   EXPECT_EQ(animation.ShowCurrent(), milliseconds(0));
   animation.Advance();
+  animation.ShowCurrent();  // stopped while frame 1 shows
+  animation.Resume();
   animation.ShowCurrent();
-  EXPECT_EQ(canvas.steps, std::vector<std::string>{"draw 1"});
+  EXPECT_EQ(animation.CurrentFrame(), 1U);
+  EXPECT_EQ(canvas.steps, (std::vector<std::string>{"draw 1", "clear 7,0", "draw 1"}));
 }
 
 }  // namespace

@@ -15,22 +15,15 @@ TEST(Archive, NumbersAreLittleEndian) {
 }
 
 TEST(Archive, WideStringsLoadAsSingleBytes) {
-  CArchive archive =
-      CArchive::ForLoading(std::string("\xFF\xFE\xFF\x03"
-                                       "A\0\xA3\0\x3A\x26",
-                                       10));
+  CArchive archive = CArchive::ForLoading(std::string("\xFF\xFE\xFF\x03\x41\0\xA3\0\x3A\x26", 10));
   std::string text;
   ASSERT_TRUE(archive.ReadString(text));
   EXPECT_EQ(text, "A\xA3?");
 }
 
 TEST(Archive, TruncatedInputFailsWithoutReadingPastIt) {
-  for (std::string bytes : {std::string("\x05"
-                                        "ab"),
-                            std::string("\xFF\x10"), std::string("\xFF\xFF\xFF\xFF\xFF\xFF\x7F"),
-                            std::string("\xFF\xFE\xFF\x05"
-                                        "a\0",
-                                        6)}) {
+  for (std::string bytes : {std::string("\x05\x61\x62"), std::string("\xFF\x10"),
+                            std::string("\xFF\xFF\xFF\xFF\xFF\xFF\x7F"), std::string("\xFF\xFE\xFF\x05\x61\0", 6)}) {
     CArchive archive = CArchive::ForLoading(bytes);
     std::string text;
     EXPECT_FALSE(archive.ReadString(text));

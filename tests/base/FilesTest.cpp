@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <set>
 #include <thread>
 
 #include "support/TempFolder.h"
@@ -18,19 +19,14 @@ using testing::TempFolder;
 using testing::WriteFileBytes;
 
 mode_t ModeOf(const std::filesystem::path& file) {
-  struct stat info {};
-  EXPECT_EQ(stat(file.c_str(), &info), 0) << file;
-  return info.st_mode & 07777;
+  return static_cast<mode_t>(std::filesystem::status(file).permissions());
 }
 
-// What the folder holds besides the names given: a write must leave no temporary file behind.
-std::vector<std::string> Others(const TempFolder& folder, const std::vector<std::string>& known) {
-  std::vector<std::string> others;
-  for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
-    const std::string name = entry.path().filename().string();
-    if (std::find(known.begin(), known.end(), name) == known.end()) others.push_back(name);
-  }
-  return others;
+// Everything in the folder: a write must leave no temporary file behind.
+std::set<std::string> Names(const TempFolder& folder) {
+  std::set<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(folder.path())) names.insert(entry.path().filename());
+  return names;
 }
 
 TEST(Files, RegularFilesAreReplacedWholeAndKeepTheirMode) {
@@ -49,7 +45,7 @@ TEST(Files, RegularFilesAreReplacedWholeAndKeepTheirMode) {
   EXPECT_EQ(ReadFileBytes(folder / "notes.txt"), "new");
   EXPECT_EQ(ModeOf(folder / "notes.txt"), 0600U);
   EXPECT_EQ(ReadFileBytes(folder / "notes.txt.part"), "the user's");
-  EXPECT_TRUE(Others(folder, {"new.txt", "notes.txt", "notes.txt.part"}).empty());
+  EXPECT_EQ(Names(folder), (std::set<std::string>{"new.txt", "notes.txt", "notes.txt.part"}));
 }
 
 TEST(Files, ALinkIsFollowedAndStaysALink) {
@@ -88,14 +84,11 @@ TEST(Files, WhatCannotBeWrittenSaysWhyAndChangesNothing) {
   EXPECT_EQ(WriteWholeFile(folder.path(), "x").error, "Is a directory");
   EXPECT_EQ(WriteWholeFile(folder / "missing" / "x.txt", "x").error, "No such file or directory");
   // Root writes into any folder of its own; the kernel's own folders refuse even root.
-  std::filesystem::path locked = "/sys/kernel";
-  if (geteuid() != 0) {
-    locked = folder / "locked";
-    std::filesystem::create_directory(locked);
-    chmod(locked.c_str(), 0500);
-  }
+  std::filesystem::create_directory(folder / "locked");
+  chmod((folder / "locked").c_str(), 0500);
+  const std::filesystem::path locked = geteuid() == 0 ? "/sys/kernel" : folder / "locked";
   EXPECT_EQ(WriteWholeFile(locked / "x.txt", "x").error, "Permission denied");
-  EXPECT_TRUE(Others(folder, {"locked"}).empty());
+  EXPECT_EQ(Names(folder), (std::set<std::string>{"locked"}));
 }
 
 TEST(Files, ReadingTakesOnlyRegularFilesOfBoundedSize) {

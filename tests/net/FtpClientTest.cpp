@@ -11,14 +11,12 @@ namespace gavelscope::net {
 namespace {
 
 using testing::ReadFileBytes;
-using testing::SandboxTest;
-using testing::TempFolder;
 using testing::WriteFileBytes;
 
 // The account the sandbox's FTP server serves.
 const FtpAccount kVendorAccount{"ftp.gavelscope.example", 21, "gavelscope", "h0tlist"};
 
-class FtpClientTest : public SandboxTest {
+class FtpClientTest : public testing::SandboxTest {
  protected:
   FtpClient Client(std::string password = "h0tlist") {
     FtpAccount account = kVendorAccount;
@@ -26,7 +24,7 @@ class FtpClientTest : public SandboxTest {
     return FtpClient(SandboxNetOptions(), account);
   }
 
-  TempFolder m_local;
+  testing::TempFolder m_local;
 };
 
 TEST_F(FtpClientTest, GetsAFileByteForByte) {
@@ -40,22 +38,25 @@ TEST_F(FtpClientTest, GetsAFileByteForByte) {
   EXPECT_EQ(ReadFileBytes(m_local / "HotItemList.txt"), served);
 }
 
-TEST_F(FtpClientTest, PutsThenRemovesAFile) {
+TEST_F(FtpClientTest, PutsThenRemovesAFileAndReportsAMissingOneWithoutTouchingTheServer) {
   FtpClient client = Client();
   WriteFileBytes(m_local / "upload.txt", "first line\nsecond line\n");
-  const NetResult put = client.PutFile(m_local / "upload.txt", "Uploaded.txt", {});
-  ASSERT_TRUE(put) << put.error;
+  ASSERT_TRUE(client.PutFile(m_local / "upload.txt", "Uploaded.txt", {}));
   const std::string arrived = ReadFileBytes(Sandbox().ftpRoot() / "Uploaded.txt");
   EXPECT_NE(arrived.find("first line"), std::string::npos);
   EXPECT_NE(arrived.find("second line"), std::string::npos);
-
-  const NetResult removed = client.Remove("Uploaded.txt", {});
-  ASSERT_TRUE(removed) << removed.error;
+  ASSERT_TRUE(client.Remove("Uploaded.txt", {}));
   EXPECT_FALSE(std::filesystem::exists(Sandbox().ftpRoot() / "Uploaded.txt"));
   EXPECT_FALSE(client.Remove("Uploaded.txt", {}));
+
+  EXPECT_FALSE(client.PutFile(m_local / "absent.txt", "absent.txt", {}));
+  EXPECT_FALSE(std::filesystem::exists(Sandbox().ftpRoot() / "absent.txt"));
 }
 
-TEST_F(FtpClientTest, AFailedOrTooLargeDownloadKeepsTheLocalCopyAndLeavesNothingBeside) {
+TEST_F(FtpClientTest, FailuresSayWhyAndAFailedOrTooLargeDownloadKeepsTheLocalCopyAndLeavesNothingBeside) {
+  const NetResult refused = Client("wrong").Connect({});
+  EXPECT_FALSE(refused);
+  EXPECT_NE(refused.error.find("530"), std::string::npos) << refused.error;
   WriteFileBytes(m_local / "HotItemList.txt", "what we had");
   const NetResult missing = Client().GetFile("NoSuchFile.txt", m_local / "HotItemList.txt", {});
   EXPECT_FALSE(missing);
@@ -70,20 +71,6 @@ TEST_F(FtpClientTest, AFailedOrTooLargeDownloadKeepsTheLocalCopyAndLeavesNothing
 
   EXPECT_EQ(ReadFileBytes(m_local / "HotItemList.txt"), "what we had");
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_local.path()), {}), 1);
-}
-
-TEST_F(FtpClientTest, WrongPasswordIsRefused) {
-  FtpClient client = Client("wrong");
-  const NetResult connected = client.Connect({});
-  EXPECT_FALSE(connected);
-  EXPECT_NE(connected.error.find("530"), std::string::npos) << connected.error;
-}
-
-TEST_F(FtpClientTest, MissingLocalFileIsReportedWithoutTouchingTheServer) {
-  FtpClient client = Client();
-  const NetResult put = client.PutFile(m_local / "absent.txt", "absent.txt", {});
-  EXPECT_FALSE(put);
-  EXPECT_FALSE(std::filesystem::exists(Sandbox().ftpRoot() / "absent.txt"));
 }
 
 }  // namespace

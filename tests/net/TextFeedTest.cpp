@@ -13,92 +13,80 @@ namespace gavelscope::net {
 namespace {
 
 using testing::ClosedLoopbackPort;
-using testing::SandboxTest;
 using testing::TextUrl;
 
-class TextFeedTest : public SandboxTest {
- protected:
-  std::vector<std::string> ReadAll(const std::string& url) {
-    FeedOpenResult opened = OpenTextFeed(m_session, url, {});
-    EXPECT_TRUE(opened.feed) << opened.error;
-    std::vector<std::string> lines;
-    if (!opened.feed) return lines;
-    for (std::string line; opened.feed->ReadLine(line);) lines.push_back(line);
-    EXPECT_FALSE(opened.feed->failed());
-    return lines;
-  }
+struct Read {
+  std::vector<std::string> lines;
+  bool failed = true;
+  std::string openError;
+};
 
+Read ReadFeed(const std::shared_ptr<Session>& session, const std::string& url, std::stop_token stop = {}) {
+  FeedOpenResult opened = OpenTextFeed(session, url, stop);
+  Read read;
+  read.openError = opened.error;
+  if (!opened.feed) return read;
+  for (std::string line; opened.feed->ReadLine(line);) read.lines.push_back(line);
+  read.failed = opened.feed->failed();
+  return read;
+}
+
+class TextFeedTest : public testing::SandboxTest {
+ protected:
   std::shared_ptr<Session> m_session = Session::Create(SandboxNetOptions());
 };
 
 TEST_F(TextFeedTest, SendsTheTwoHeaderLinesInOrder) {
-  const std::vector<std::string> received = ReadAll("http://www.gavelscope.example/_test/headers");
   std::vector<std::string> ours;
-  for (const std::string& line : received) {
+  for (const std::string& line : ReadFeed(m_session, "http://www.gavelscope.example/_test/headers").lines) {
     if (line.starts_with("Accept") || line.starts_with("User-Agent")) ours.push_back(line);
   }
   EXPECT_EQ(ours, (std::vector<std::string>{"Accept: text", "User-Agent: HTML Get Sample"}));
 }
 
-TEST_F(TextFeedTest, LinesLoseTheLineFeedButKeepACarriageReturn) {
-  EXPECT_EQ(ReadAll(TextUrl("www.gavelscope.example", "one\r\ntwo\n\nlast")),
-            (std::vector<std::string>{"one\r", "two", "", "last"}));
-  EXPECT_EQ(ReadAll(TextUrl("www.gavelscope.example", "only\n")), (std::vector<std::string>{"only"}));
-  EXPECT_TRUE(ReadAll(TextUrl("www.gavelscope.example", "")).empty());
-}
-
-TEST_F(TextFeedTest, LinesLongerThanAReadChunkArriveWhole) {
+TEST_F(TextFeedTest, LinesLoseTheLineFeedButKeepACarriageReturnAndArriveWholeHoweverLong) {
   const std::string longLine(20000, 'x');
-  const std::vector<std::string> lines = ReadAll(TextUrl("www.gavelscope.example", longLine + "\nnext\n"));
-  ASSERT_EQ(lines.size(), 2U);
-  EXPECT_EQ(lines[0], longLine);
-  EXPECT_EQ(lines[1], "next");
+  const std::pair<std::string, std::vector<std::string>> feeds[] = {
+      {"one\r\ntwo\n\nlast", {"one\r", "two", "", "last"}},
+      {"only\n", {"only"}},
+      {"", {}},
+      {longLine + "\nnext\n", {longLine, "next"}}};
+  for (const auto& [body, lines] : feeds) {
+    const Read read = ReadFeed(m_session, TextUrl("www.gavelscope.example", body));
+    EXPECT_EQ(read.lines, lines);
+    EXPECT_FALSE(read.failed) << read.openError;
+  }
 }
 
-TEST_F(TextFeedTest, BrokenConnectionEndsTheFeedAfterTheLastWholeLine) {
-  FeedOpenResult opened = OpenTextFeed(m_session, testing::CutUrl("www.gavelscope.example", "one\ntwo\nthr"), {});
-  ASSERT_TRUE(opened.feed) << opened.error;
-  std::vector<std::string> lines;
-  for (std::string line; opened.feed->ReadLine(line);) lines.push_back(line);
-  EXPECT_EQ(lines, (std::vector<std::string>{"one", "two"}));
-  EXPECT_TRUE(opened.feed->failed());
-}
+TEST_F(TextFeedTest, ABrokenConnectionOrALineOverItsLimitEndsTheFeedAfterTheLastWholeLine) {
+  const Read cut = ReadFeed(m_session, testing::CutUrl("www.gavelscope.example", "one\ntwo\nthr"));
+  EXPECT_EQ(cut.lines, (std::vector<std::string>{"one", "two"}));
+  EXPECT_TRUE(cut.failed);
 
-TEST_F(TextFeedTest, ALineOverItsLimitEndsTheFeedAfterTheLastWholeLine) {
   NetOptions options = SandboxNetOptions();
   options.maxLineBytes = 100;
   options.maxFeedBytes = 1000;
   const auto session = Session::Create(options);
   const std::string fits(100, 'x');
   for (const std::string& body : {"one\n" + fits + "\n" + fits + "x\ntwo\n", "one\n" + fits + "x"}) {
-    FeedOpenResult opened = OpenTextFeed(session, TextUrl("www.gavelscope.example", body), {});
-    ASSERT_TRUE(opened.feed) << opened.error;
-    std::vector<std::string> lines;
-    for (std::string line; opened.feed->ReadLine(line);) lines.push_back(line);
-    EXPECT_EQ(lines.front(), "one");
-    EXPECT_LE(lines.size(), 2U);
-    EXPECT_TRUE(opened.feed->failed());
+    const Read read = ReadFeed(session, TextUrl("www.gavelscope.example", body));
+    ASSERT_FALSE(read.lines.empty()) << read.openError;
+    EXPECT_EQ(read.lines.front(), "one");
+    EXPECT_LE(read.lines.size(), 2U);
+    EXPECT_TRUE(read.failed);
   }
   // A length declared over the feed's limit fails the open; an undeclared one fails as it passes.
-  const FeedOpenResult large = OpenTextFeed(session, TextUrl("www.gavelscope.example", std::string(1001, 'y')), {});
-  EXPECT_FALSE(large.feed);
-  EXPECT_EQ(large.error, "answer larger than 1000 bytes");
+  EXPECT_EQ(ReadFeed(session, TextUrl("www.gavelscope.example", std::string(1001, 'y'))).openError,
+            "answer larger than 1000 bytes");
 }
 
-TEST_F(TextFeedTest, UnreachableHostGivesOneFailureAndNoFeed) {
+TEST_F(TextFeedTest, AnUnreachableHostOrAStopRequestFailsTheOpen) {
   NetOptions options = SandboxNetOptions();
   options.connectTo = {"www.gavelscope.example:80:127.0.0.1:" + std::to_string(ClosedLoopbackPort())};
-  const FeedOpenResult opened = OpenTextFeed(Session::Create(options), "http://www.gavelscope.example/list.txt", {});
-  EXPECT_FALSE(opened.feed);
-  EXPECT_FALSE(opened.error.empty());
-}
-
-TEST_F(TextFeedTest, StopRequestEndsTheOpenOnASilentServer) {
+  EXPECT_NE(ReadFeed(Session::Create(options), "http://www.gavelscope.example/list.txt").openError, "");
   std::stop_source stop;
   stop.request_stop();
-  const FeedOpenResult opened = OpenTextFeed(m_session, "http://www.gavelscope.example/_test/hang", stop.get_token());
-  EXPECT_FALSE(opened.feed);
-  EXPECT_EQ(opened.error, "cancelled");
+  EXPECT_EQ(ReadFeed(m_session, "http://www.gavelscope.example/_test/hang", stop.get_token()).openError, "cancelled");
 }
 
 TEST_F(TextFeedTest, ProbeSucceedsOnAnAnsweringServerOnly) {

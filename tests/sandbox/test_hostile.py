@@ -1,12 +1,11 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Copyright 2026 The Gavelscope developers
-"""Self-check of the sandbox's hostile modes."""
+"""Self-check of the sandbox's hostile modes: each one really misbehaves, and only where it says."""
 import ftplib
 import itertools
 import re
 import select
 import socket
-import struct
 import sys
 import tempfile
 import threading
@@ -21,7 +20,7 @@ from sitegen import SiteGenerator  # noqa: E402
 
 KNOBS = dict(categories=4, subcategories=3, keywords=4, items=6, pages=3)
 NEXT = re.compile(rb'<a href="([^"]+)">Next <img [^>]*title="Continue"')
-VENDOR, UK_LIST = "www.gavelscope.example", "/CategoryListUK.txt"
+VENDOR, UK_LIST, BANNERS = "www.gavelscope.example", "/CategoryListUK.txt", "/GavelscopeBanners.txt"
 
 
 def listing_path(sub, page=1):
@@ -39,8 +38,7 @@ class HostileTest(unittest.TestCase):
     def test_without_modes_nothing_changes(self):
         honest, sub = Hostile(self.generator), self.generator.usa.categories[0].subs[0]
         for host, path in [("listings.ebay.com", "/"), ("listings.ebay.com", listing_path(sub)),
-                           (VENDOR, UK_LIST), (VENDOR, "/GavelscopeBanners.txt"),
-                           ("evil.example", "/")]:
+                           (VENDOR, UK_LIST), (VENDOR, BANNERS), ("evil.example", "/")]:
             self.assertEqual(honest.http_get(host, path), self.generator.http_get(host, path))
         self.assertEqual(honest.http_hosts(), self.generator.http_hosts())
         self.assertEqual(honest.ftp_files(), self.generator.ftp_files())
@@ -54,25 +52,20 @@ class HostileTest(unittest.TestCase):
         self.assertEqual((drip.length, drip.pause), (10_000_000, 0.9))
         self.assertEqual(b"|".join(itertools.islice(drip.chunks, 3)), b"<|h|t")
 
-    def test_category_list_modes(self):
+    def test_category_list_modes_give_endless_lines_categories_or_keywords(self):
         line = self.get(["endless-line"], VENDOR, UK_LIST)
         self.assertTrue(line.isprintable() and len(line) > 500_000)
-
         second = self.get(["endless-cat"], VENDOR, UK_LIST, 2).split("\r\n")[1]
-        head = "~CAT~Category 2~|~http://listings.ebay.co.uk/Category-2/list/~|~~KEYWORD~"
+        head = "~CAT~Category 2~|~http://listings.ebay.co.uk/Category-2/list/~|~"
         self.assertTrue(second.startswith(head))
-        fields = second[len(head):].split("~|~")
-        self.assertEqual(len(fields), 14001)
-        self.assertEqual(fields[-3:], ["k2_7000", "http://search.ebay.co.uk/k2_7000", ""])
-
+        self.assertEqual(second.count("~|~"), 14002)
         honest = self.generator.uk.category_list().decode("cp1252").split("\r\n")
         lines = self.get(["endless-keyword"], VENDOR, UK_LIST).split("\r\n")[:-1]
         self.assertEqual(lines[:2], [next(line for line in honest if line.startswith(marker))
                                      for marker in ("~CAT~", "~SUBCAT~")])
         self.assertGreater(len(lines), 100)
-        for n, line in enumerate(lines[2:], 1):
-            self.assertTrue(line.startswith(f"~KEYWORD~k{n}_1~|~http://search.ebay.co.uk/k{n}_1~"))
-            self.assertEqual(line.count("~|~"), 200)
+        self.assertTrue(all(line.startswith("~KEYWORD~k") and line.count("~|~") == 200
+                            for line in lines[2:]))
 
     def test_userinfo_next_changes_only_the_next_address(self):
         site = Hostile(self.generator, ["userinfo-next"])
@@ -91,26 +84,25 @@ class HostileTest(unittest.TestCase):
         self.assertEqual(site.http_get("evil.example", "/next?page=2"),
                          self.generator.http_get("listings.ebay.com", listing_path(first)))
 
-    def test_banner_list_and_pictures(self):
+    def test_banners_of_no_minutes_and_pictures_of_an_absurd_screen(self):
         site = Hostile(self.generator, ["zero-minute-banners", "absurd-gif"])
         honest = self.generator.banner_list().split(b"\r\n")[:-1]
-        spoilt = site.http_get(VENDOR, "/GavelscopeBanners.txt").split(b"\r\n")[:-1]
-        self.assertEqual([line.split(b"|")[1:] for line in spoilt],
-                         [line.split(b"|")[1:] for line in honest])
+        spoilt = site.http_get(VENDOR, BANNERS).split(b"\r\n")[:-1]
+        self.assertEqual([line.split(b"|", 1)[1] for line in spoilt],
+                         [line.split(b"|", 1)[1] for line in honest])
         self.assertTrue(all(int(line.split(b"|")[0]) <= 0 for line in spoilt))
         for name in (line.split(b"|")[2].decode() for line in honest):
             picture = site.ftp_files()[name]
             self.assertLess(len(picture), 2000)
-            self.assertEqual(struct.unpack("<6sHH", picture[:10]), (b"GIF89a", 5700, 5700))
+            self.assertEqual(picture[:10], b"GIF89a\x44\x16\x44\x16")  # 5700 x 5700
             # Each frame: a control block with a delay of 10, then a 1 x 1 image at 0, 0.
             frames = re.findall(rb"\x21\xF9\x04.\x0A\x00.\x00\x2C\0\0\0\0\x01\0\x01\0", picture,
                                 re.DOTALL)
             self.assertEqual(len(frames), 50)
 
-    def test_made_up_history(self):
+    def test_made_up_histories_repeat_the_honest_one(self):
         history = self.generator.hot_item_list()
         huge = Hostile(self.generator, ["huge-history"]).history_file("HotItemList.txt")
-        self.assertEqual(huge.read(len(history) * 3), history * 3)
         huge.seek((2 << 30) - 10)
         start = ((2 << 30) - 10) % len(history)
         self.assertEqual((huge.read(), huge.read()), ((history * 2)[start:start + 10], b""))

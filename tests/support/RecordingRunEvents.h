@@ -13,12 +13,11 @@ class RecordingRunEvents : public base::IRunEvents {
  public:
   void StepProgress() override { ++steps; }
   void SetRefreshDone(bool done) override { refreshDone = done; }
-  void RedrawWindow() override { ++redraws; }
+  void RedrawWindow() override {}
   void OnThreadFinished() override { ++finished; }
 
   std::atomic<int> steps{0};
   std::atomic<bool> refreshDone{false};
-  std::atomic<int> redraws{0};
   std::atomic<int> finished{0};
 };
 

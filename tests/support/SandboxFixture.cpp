@@ -11,28 +11,6 @@
 
 namespace gavelscope::testing {
 
-std::unique_ptr<standin::SandboxProcess> SandboxTest::s_sandbox;
-std::string SandboxTest::s_startError;
-
-void SandboxTest::SetUpTestSuite() {
-  standin::SandboxOptions options;
-  options.python = GAVELSCOPE_SANDBOX_PYTHON;
-  options.script = GAVELSCOPE_SANDBOX_SCRIPT;
-  s_sandbox = standin::SandboxProcess::Start(options, s_startError);
-}
-
-void SandboxTest::TearDownTestSuite() {
-  s_sandbox.reset();
-}
-
-void SandboxTest::SetUp() {
-  ASSERT_TRUE(s_sandbox) << "sandbox did not start: " << s_startError;
-}
-
-standin::SandboxProcess& SandboxTest::Sandbox() {
-  return *s_sandbox;
-}
-
 net::NetOptions SandboxTest::SandboxNetOptions() {
   net::NetOptions options;
   options.connectTo = s_sandbox->connectTo();
@@ -53,6 +31,19 @@ std::string TestUrl(std::string_view host, std::string_view path, std::string_vi
   return url;
 }
 
+// A socket bound to a free loopback port.
+int BoundLoopbackSocket(int& port) {
+  const int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t length = sizeof address;
+  bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address);
+  getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length);
+  port = ntohs(address.sin_port);
+  return fd;
+}
+
 }  // namespace
 
 std::string TextUrl(std::string_view host, std::string_view body) {
@@ -64,29 +55,15 @@ std::string CutUrl(std::string_view host, std::string_view body) {
 }
 
 int ClosedLoopbackPort() {
-  // Bind to a free port, then let it go: nothing listens there afterwards.
-  const int fd = socket(AF_INET, SOCK_STREAM, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t length = sizeof address;
-  bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address);
-  getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length);
-  close(fd);
-  return ntohs(address.sin_port);
+  // Bound, then let go: nothing listens there afterwards.
+  int port = 0;
+  close(BoundLoopbackSocket(port));
+  return port;
 }
 
-SilentServer::SilentServer() {
+SilentServer::SilentServer() : m_fd(BoundLoopbackSocket(m_port)) {
   // Connections complete in the kernel's backlog; nobody ever reads or answers them.
-  m_fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t length = sizeof address;
-  bind(m_fd, reinterpret_cast<sockaddr*>(&address), sizeof address);
   listen(m_fd, 64);
-  getsockname(m_fd, reinterpret_cast<sockaddr*>(&address), &length);
-  m_port = ntohs(address.sin_port);
 }
 
 SilentServer::~SilentServer() {

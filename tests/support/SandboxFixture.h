@@ -16,19 +16,22 @@ namespace gavelscope::testing {
 // Tests against the real stand-in servers on loopback: one sandbox per test suite.
 class SandboxTest : public ::testing::Test {
  public:
-  static void SetUpTestSuite();
-  static void TearDownTestSuite();
+  static void SetUpTestSuite() {
+    s_sandbox =
+        standin::SandboxProcess::Start({GAVELSCOPE_SANDBOX_PYTHON, GAVELSCOPE_SANDBOX_SCRIPT, {}}, s_startError);
+  }
+  static void TearDownTestSuite() { s_sandbox.reset(); }
 
  protected:
-  void SetUp() override;
+  void SetUp() override { ASSERT_TRUE(s_sandbox) << "sandbox did not start: " << s_startError; }
 
-  static standin::SandboxProcess& Sandbox();
+  static standin::SandboxProcess& Sandbox() { return *s_sandbox; }
   // Every compiled-in host mapped to the sandbox, with limits short enough for tests.
   static net::NetOptions SandboxNetOptions();
 
  private:
-  static std::unique_ptr<standin::SandboxProcess> s_sandbox;
-  static std::string s_startError;
+  inline static std::unique_ptr<standin::SandboxProcess> s_sandbox;
+  inline static std::string s_startError;
 };
 
 // An address on `host` whose answer is exactly `body` (any bytes).
@@ -47,13 +50,12 @@ class SilentServer {
   SilentServer(const SilentServer&) = delete;
   SilentServer& operator=(const SilentServer&) = delete;
 
-  int port() const { return m_port; }
   // A HOST:PORT:ADDR:PORT mapping that sends host:80 here.
   std::string ConnectTo(const std::string& host) const;
 
  private:
+  int m_port = 0;  // before m_fd, whose set-up fills it in
   int m_fd = -1;
-  int m_port = 0;
 };
 
 }  // namespace gavelscope::testing
