@@ -32,6 +32,7 @@ Test paths, on every HTTP host:
     /_test/hang                        never answers; the connection closes when the sandbox stops
     /_test/slow?bytes=N                200, N bytes sent 1 KiB at a time, 10 ms apart
     /_test/cut?body=PERCENT-ENCODED    200, promises more bytes than the body, sends the body, hangs up
+    /_test/redirect?to=URL&hops=N      302 to URL (percent-encoded), after N redirects to itself
     /_test/file?name=NAME              200, the bytes of NAME in the FTP home directory now; 404 when
                                        it has none. A test rewrites the file to change the answer
     /_test/reads?name=NAME&least=N     200, the number of requests for /_test/file?name=NAME so far,
@@ -262,6 +263,17 @@ class SandboxHandler(BaseHTTPRequestHandler):
             self.wfile.write(body)
         self.close_connection = True
 
+    def test_redirect(self, query: str, send_body: bool):
+        # A page that has moved: 302 to the address in "to", or "hops" more redirects to itself first.
+        target = unquote(query_value(query, "to") or "/")
+        hops = int(query_value(query, "hops") or "0")
+        if hops > 0:
+            target = f"/_test/redirect?to={query_value(query, 'to') or ''}&hops={hops - 1}"
+        self.send_response(302)
+        self.send_header("Location", target)
+        self.send_header("Content-Length", "0")
+        self.end_headers()
+
     def test_file(self, query: str, send_body: bool):
         name = os.path.basename(query_value(query, "name") or "")
         self.server.reads.add(name)
@@ -306,6 +318,7 @@ class SandboxHandler(BaseHTTPRequestHandler):
         "/_test/hang": test_hang,
         "/_test/slow": test_slow,
         "/_test/cut": test_cut,
+        "/_test/redirect": test_redirect,
         "/_test/file": test_file,
         "/_test/reads": test_reads,
         "/_test/seen": test_seen,

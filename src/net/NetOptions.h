@@ -76,6 +76,9 @@ inline constexpr int kMaxQueryJobsAtOnce = 20;
 // A picture the window shows: the banner's corner of an 800-pixel face, with room to spare.
 inline constexpr int kMaxPictureSide = 1024;
 inline constexpr int kMaxPictureFrames = 1000;
+// A page or list that has moved is followed this many redirects and no further, over http and
+// https only.
+inline constexpr long kMaxRedirects = 5;
 // All frames of one picture as decoded, together.
 inline constexpr std::size_t kMaxDecodedPictureBytes = 64 * kMiB;
 // The banner rotation fetches its list, and its pictures, at most this often, whatever the list's

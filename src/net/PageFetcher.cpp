@@ -20,6 +20,9 @@ PageResult FetchPageText(const std::shared_ptr<Session>& session, std::string_vi
   Transfer transfer(session, url, std::move(stop));
   transfer.SetReadChunkSize(kPageChunkBytes);
   transfer.SetMaxBodyBytes(session->options().maxPageBytes);
+  transfer.FollowRedirects();
+  // A page is asked for with no request header of ours; curl's own Accept goes too.
+  transfer.SetRequestHeaders({"Accept:"});
   transfer.SetBodySink([&result](std::string_view bytes) {
     std::size_t start = 0;
     while (start < bytes.size()) {

@@ -19,7 +19,8 @@ struct PageResult {
   NetResult outcome;
 };
 
-// Fetches a whole page as one line: the scanners look for markers that never span a line break, so
+// Fetches a whole page as one line, with no request header of ours and following redirects (see
+// Transfer::FollowRedirects): the scanners look for markers that never span a line break, so
 // line feeds are dropped as the page arrives (a carriage return stays, as it does in a read line).
 PageResult FetchPageText(const std::shared_ptr<Session>& session, std::string_view url, std::stop_token stop);
 

@@ -73,6 +73,7 @@ FeedOpenResult OpenTextFeed(const std::shared_ptr<Session>& session, std::string
   auto transfer = std::make_unique<Transfer>(session, url, std::move(stop));
   transfer->SetReadChunkSize(kFeedChunkBytes);
   transfer->SetMaxBodyBytes(session->options().maxFeedBytes);
+  transfer->FollowRedirects();
   // curl keeps connections alive and caches nothing, which is what these lists need; the headers
   // replace curl's own Accept and add the user agent the vendor's server expects.
   transfer->SetRequestHeaders({"Accept: text", "User-Agent: HTML Get Sample"});
@@ -83,6 +84,7 @@ FeedOpenResult OpenTextFeed(const std::shared_ptr<Session>& session, std::string
 
 NetResult ProbeUrl(const std::shared_ptr<Session>& session, std::string_view url, std::stop_token stop) {
   Transfer transfer(session, url, std::move(stop));
+  transfer.SetRequestHeaders({"Accept:"});
   return OpenTransfer(transfer);
 }
 

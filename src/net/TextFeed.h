@@ -44,12 +44,14 @@ struct FeedOpenResult {
   std::string error;
 };
 
-// Opens url with the two request header lines of the vendor's list readers. Nothing is cached:
+// Opens url with the two request header lines of the vendor's list readers, following redirects
+// (see Transfer::FollowRedirects). Nothing is cached:
 // the vendor updates the lists in place. Connections are kept alive for the session's next feed.
 // The open completes when the server has answered; a failure up to then leaves no feed open.
 FeedOpenResult OpenTextFeed(const std::shared_ptr<Session>& session, std::string_view url, std::stop_token stop);
 
-// Opens url and closes it again without reading: true when the server answered.
+// Opens url with no request header of ours and closes it again without reading: true when the
+// server answered.
 NetResult ProbeUrl(const std::shared_ptr<Session>& session, std::string_view url, std::stop_token stop);
 
 }  // namespace gavelscope::net

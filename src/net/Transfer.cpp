@@ -3,6 +3,7 @@
 #include "net/Transfer.h"
 
 #include <algorithm>
+#include <cctype>
 #include <string>
 
 #include "net/Session.h"
@@ -57,6 +58,13 @@ void Transfer::SetMaxBodyBytes(std::size_t bytes) {
   m_maxBodyBytes = bytes;
   // A declared length over the limit fails before the body starts.
   curl_easy_setopt(m_easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(bytes));
+}
+
+void Transfer::FollowRedirects() {
+  m_followRedirects = true;
+  curl_easy_setopt(m_easy, CURLOPT_FOLLOWLOCATION, 1L);
+  curl_easy_setopt(m_easy, CURLOPT_MAXREDIRS, limits::kMaxRedirects);
+  curl_easy_setopt(m_easy, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
 }
 
 void Transfer::SetDeadline(std::chrono::steady_clock::time_point deadline) {
@@ -134,7 +142,19 @@ size_t Transfer::OnBody(char* data, size_t size, size_t count, void* self) {
 size_t Transfer::OnHeader(char* data, size_t size, size_t count, void* self) {
   auto* transfer = static_cast<Transfer*>(self);
   const std::string_view line(data, size * count);
-  if (line == "\r\n" || line == "\n") transfer->m_headersDone = true;
+  constexpr std::string_view kLocation = "location:";
+  if (line.size() > kLocation.size() &&
+      std::equal(kLocation.begin(), kLocation.end(), line.begin(),
+                 [](char a, char b) { return a == std::tolower(static_cast<unsigned char>(b)); })) {
+    transfer->m_sawLocation = true;
+  }
+  if (line != "\r\n" && line != "\n") return line.size();
+  // The headers of a redirect that is followed are not the answer's: the answer comes after them.
+  long code = 0;
+  curl_easy_getinfo(transfer->m_easy, CURLINFO_RESPONSE_CODE, &code);
+  const bool followed = transfer->m_followRedirects && transfer->m_sawLocation && code >= 300 && code < 400;
+  transfer->m_sawLocation = false;
+  if (!followed) transfer->m_headersDone = true;
   return line.size();
 }
 

@@ -37,6 +37,8 @@ class Transfer {
   void SetBodySink(std::function<bool(std::string_view)> sink) { m_sink = std::move(sink); }
   // A body beyond `bytes` ends the transfer as a failure that says so.
   void SetMaxBodyBytes(std::size_t bytes);
+  // Follows redirects (http and https only, kMaxRedirects at most); the answer is the last one's.
+  void FollowRedirects();
   // Ends the transfer at `deadline` if its own limits have not ended it before.
   void SetDeadline(std::chrono::steady_clock::time_point deadline);
 
@@ -71,6 +73,8 @@ class Transfer {
   std::size_t m_maxBodyBytes = 0;
   bool m_overLimit = false;
   bool m_headersDone = false;
+  bool m_followRedirects = false;
+  bool m_sawLocation = false;
   bool m_done = false;
   CURLcode m_result = CURLE_OK;
 };

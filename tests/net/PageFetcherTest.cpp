@@ -23,6 +23,26 @@ TEST_F(PageFetcher, JoinsLinesWithNothingBetweenKeepingCarriageReturnsAndBytesAs
   EXPECT_EQ(shared.GetPageText(TextUrl("listings.ebay.com", "no\nfinal break"), {}), "nofinal break");
 }
 
+// A moved page is followed over http a few hops, never to another scheme; the page is asked for
+// with no request header of ours.
+TEST_F(PageFetcher, FollowsRedirectsAFewHopsAndSendsNoRequestHeaderOfItsOwn) {
+  const auto session = Session::Create(SandboxNetOptions());
+  const std::string moved =
+      "http://listings.ebay.com/_test/redirect?to=" + testing::Escaped(TextUrl("listings.ebay.com", "moved\n"));
+  EXPECT_EQ(FetchPageText(session, moved, {}).text, "moved");
+  EXPECT_EQ(FetchPageText(session, moved + "&hops=4", {}).text, "moved");
+  const PageResult tooFar = FetchPageText(session, moved + "&hops=5", {});
+  EXPECT_FALSE(tooFar.outcome);
+  EXPECT_EQ(tooFar.text, "");
+  EXPECT_FALSE(
+      FetchPageText(session, "http://listings.ebay.com/_test/redirect?to=ftp%3A%2F%2Fftp.gavelscope.example%2F", {})
+          .outcome);
+
+  const std::string headers = FetchPageText(session, "http://listings.ebay.com/_test/headers", {}).text;
+  EXPECT_EQ(headers.find("Accept"), std::string::npos) << headers;
+  EXPECT_NE(headers.find("Host: listings.ebay.com"), std::string::npos) << headers;
+}
+
 TEST_F(PageFetcher, AFailureYieldsWhatWasReadAndRenewsTheSessionButLeavesAFetchInFlightItsOwn) {
   NetOptions options = SandboxNetOptions();
   options.connectTo.insert(options.connectTo.begin(),

@@ -36,12 +36,20 @@ class TextFeedTest : public testing::SandboxTest {
   std::shared_ptr<Session> m_session = Session::Create(SandboxNetOptions());
 };
 
-TEST_F(TextFeedTest, SendsTheTwoHeaderLinesInOrder) {
+TEST_F(TextFeedTest, SendsTheTwoHeaderLinesInOrderAndFollowsAMovedList) {
   std::vector<std::string> ours;
   for (const std::string& line : ReadFeed(m_session, "http://www.gavelscope.example/_test/headers").lines) {
     if (line.starts_with("Accept") || line.starts_with("User-Agent")) ours.push_back(line);
   }
   EXPECT_EQ(ours, (std::vector<std::string>{"Accept: text", "User-Agent: HTML Get Sample"}));
+  const std::string moved = "http://www.gavelscope.example/_test/redirect?hops=2&to=" +
+                            testing::Escaped(TextUrl("www.gavelscope.example", "one\ntwo\n"));
+  FeedOpenResult opened = OpenTextFeed(m_session, moved, {});
+  ASSERT_TRUE(opened.feed) << opened.error;
+  EXPECT_EQ(opened.feed->responseCode(), 200);
+  std::string line;
+  ASSERT_TRUE(opened.feed->ReadLine(line));
+  EXPECT_EQ(line, "one");
 }
 
 TEST_F(TextFeedTest, LinesLoseTheLineFeedButKeepACarriageReturnAndArriveWholeHoweverLong) {

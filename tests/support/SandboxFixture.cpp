@@ -22,13 +22,7 @@ net::NetOptions SandboxTest::SandboxNetOptions() {
 namespace {
 
 std::string TestUrl(std::string_view host, std::string_view path, std::string_view body) {
-  std::string url = "http://" + std::string(host) + std::string(path) + "?body=";
-  for (unsigned char c : body) {
-    char escaped[4];
-    std::snprintf(escaped, sizeof escaped, "%%%02X", c);
-    url += escaped;
-  }
-  return url;
+  return "http://" + std::string(host) + std::string(path) + "?body=" + Escaped(body);
 }
 
 // A socket bound to a free loopback port.
@@ -45,6 +39,16 @@ int BoundLoopbackSocket(int& port) {
 }
 
 }  // namespace
+
+std::string Escaped(std::string_view bytes) {
+  std::string escaped;
+  for (unsigned char c : bytes) {
+    char code[4];
+    std::snprintf(code, sizeof code, "%%%02X", c);
+    escaped += code;
+  }
+  return escaped;
+}
 
 std::string TextUrl(std::string_view host, std::string_view body) {
   return TestUrl(host, "/_test/text", body);

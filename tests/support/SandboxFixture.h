@@ -36,6 +36,8 @@ class SandboxTest : public ::testing::Test {
 
 // An address on `host` whose answer is exactly `body` (any bytes).
 std::string TextUrl(std::string_view host, std::string_view body);
+// Every byte percent-encoded, for a query parameter of a test address.
+std::string Escaped(std::string_view bytes);
 // An address on `host` that sends `body` and then breaks the connection mid-answer.
 std::string CutUrl(std::string_view host, std::string_view body);
 
