@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Copyright 2026 The Gavelscope developers
+//
+// What the program asks of the desktop: a web browser for its pages, and one instance at a time.
 #include "app/BrowserLauncher.h"
 
 #include <fcntl.h>
@@ -7,16 +9,15 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <optional>
 #include <set>
 
+#include "app/InstanceGuard.h"
 #include "support/RecordingMessages.h"
 #include "support/TempFolder.h"
 
 namespace gavelscope::app {
 namespace {
-
-using testing::RecordingMessages;
-using testing::TempFolder;
 
 // A stand-in browser that writes the address it was given into a pipe; reading the pipe waits for
 // it, so the test needs no timing.
@@ -30,71 +31,57 @@ class BrowserLauncherTest : public ::testing::Test {
   }
   void TearDown() override { close(m_pipe); }
 
-  std::vector<std::string> StandInBrowser() const {
-    return {"/bin/sh", "-c", "printf '%s\\n' \"$1\" > \"$0\"", m_fifo.string()};
-  }
-
   std::string NextOpenedUrl() const {
     std::string url;
     for (char c; read(m_pipe, &c, 1) == 1 && c != '\n';) url += c;
     return url;
   }
 
-  TempFolder m_folder;
+  testing::TempFolder m_folder;
   std::filesystem::path m_fifo = m_folder / "browser";
   int m_pipe = -1;
-  RecordingMessages m_messages;
+  testing::RecordingMessages m_messages;
+  std::vector<std::string> m_standIn{"/bin/sh", "-c", "printf '%s\\n' \"$1\" > \"$0\"", m_fifo.string()};
 };
 
-TEST_F(BrowserLauncherTest, HandsTheAddressToTheBrowserAsOneArgument) {
-  CBrowserLauncher launcher(m_messages, StandInBrowser());
+TEST_F(BrowserLauncherTest, EachWebOrFtpAddressStartsABrowserWithTheAddressAsOneArgument) {
+  CBrowserLauncher launcher(m_messages, m_standIn);
   // Spaces, quotes and shell characters reach the browser untouched: no shell sees the address.
-  const std::string url = "http://listings.ebay.com/a b/list/?q=\"x\";$(touch gone)&y='1'";
-  launcher.OpenUrlInBrowser(url);
-  EXPECT_EQ(NextOpenedUrl(), url);
+  const std::set<std::string> urls{"http://listings.ebay.com/a b/list/?q=\"x\";$(touch gone)&y='1'",
+                                   "HTTPS://example.com", "ftp://ftp.gavelscope.example/"};
+  for (const std::string& url : urls) launcher.OpenUrlInBrowser(url);
+  EXPECT_EQ((std::set<std::string>{NextOpenedUrl(), NextOpenedUrl(), NextOpenedUrl()}), urls);
   launcher.Shutdown();
   EXPECT_TRUE(m_messages.Messages().empty());
   EXPECT_FALSE(std::filesystem::exists("gone"));
 }
 
-TEST_F(BrowserLauncherTest, TwoCallsStartTwoBrowsers) {
-  CBrowserLauncher launcher(m_messages, StandInBrowser());
-  launcher.OpenUrlInBrowser("https://www.gavelscope.example/");
-  launcher.OpenUrlInBrowser("ftp://ftp.gavelscope.example/");
-  std::set<std::string> opened{NextOpenedUrl(), NextOpenedUrl()};
-  EXPECT_EQ(opened, (std::set<std::string>{"https://www.gavelscope.example/", "ftp://ftp.gavelscope.example/"}));
+// A browser that cannot start, one that fails, and the addresses no browser may be given.
+TEST_F(BrowserLauncherTest, EveryPageThatCannotBeOpenedIsReported) {
+  std::vector<std::pair<std::vector<std::string>, std::string>> cases{{{"/nonexistent/browser"}, "http://a.example/"},
+                                                                      {{"/bin/false"}, "http://a.example/"}};
+  for (const char* url : {"file:///etc/passwd", "javascript:alert(1)", "--help", "http:relative", ""}) {
+    cases.push_back({m_standIn, url});
+  }
+  for (const auto& [command, url] : cases) {
+    testing::RecordingMessages messages;
+    CBrowserLauncher launcher(messages, command);
+    launcher.OpenUrlInBrowser(url);
+    ASSERT_TRUE(messages.WaitForCount(1)) << command[0] << " " << url;
+    EXPECT_EQ(messages.Messages()[0].text, "Failed to get IWebBrowser2 interface. HRESULT");
+  }
 }
 
-TEST_F(BrowserLauncherTest, BrowserThatCannotStartIsReported) {
-  CBrowserLauncher launcher(m_messages, {"/nonexistent/browser"});
-  launcher.OpenUrlInBrowser("http://www.gavelscope.example/");
-  ASSERT_TRUE(m_messages.WaitForCount(1));
-  EXPECT_EQ(m_messages.Messages()[0].text, "Failed to get IWebBrowser2 interface. HRESULT");
-}
-
-TEST_F(BrowserLauncherTest, BrowserThatFailsIsReported) {
-  CBrowserLauncher launcher(m_messages, {"/bin/false"});
-  launcher.OpenUrlInBrowser("http://www.gavelscope.example/");
-  ASSERT_TRUE(m_messages.WaitForCount(1));
-  EXPECT_EQ(m_messages.Messages()[0].text, "Failed to get IWebBrowser2 interface. HRESULT");
-}
-
-TEST(BrowsableUrl, OnlyWebAndFtpAddresses) {
-  EXPECT_TRUE(IsBrowsableUrl("http://cgi.ebay.com/ws/eBayISAPI.dll?ViewItem&item=1"));
-  EXPECT_TRUE(IsBrowsableUrl("HTTPS://example.com"));
-  EXPECT_TRUE(IsBrowsableUrl("ftp://ftp.gavelscope.example/x"));
-  EXPECT_FALSE(IsBrowsableUrl("file:///etc/passwd"));
-  EXPECT_FALSE(IsBrowsableUrl("javascript:alert(1)"));
-  EXPECT_FALSE(IsBrowsableUrl("--help"));
-  EXPECT_FALSE(IsBrowsableUrl("http:relative"));
-  EXPECT_FALSE(IsBrowsableUrl(""));
-}
-
-TEST_F(BrowserLauncherTest, OtherAddressesNeverReachTheBrowser) {
-  CBrowserLauncher launcher(m_messages, StandInBrowser());
-  launcher.OpenUrlInBrowser("file:///etc/passwd");
-  ASSERT_TRUE(m_messages.WaitForCount(1));
-  EXPECT_EQ(m_messages.Messages()[0].text, "Failed to get IWebBrowser2 interface. HRESULT");
+TEST(InstanceGuard, ASecondInstanceSeesTheFirstUntilItEndsAndAnUnwritableFolderBlocksNothing) {
+  testing::TempFolder folder;
+  std::optional<InstanceGuard> first(std::in_place, folder.path());
+  EXPECT_FALSE(first->anotherInstanceRunning());
+  EXPECT_TRUE(InstanceGuard(folder.path()).anotherInstanceRunning());
+  // The refused second guard leaves the first one's claim intact.
+  EXPECT_TRUE(InstanceGuard(folder.path()).anotherInstanceRunning());
+  first.reset();
+  EXPECT_FALSE(InstanceGuard(folder.path()).anotherInstanceRunning());
+  EXPECT_FALSE(InstanceGuard("/proc/no-such-folder").anotherInstanceRunning());
 }
 
 }  // namespace

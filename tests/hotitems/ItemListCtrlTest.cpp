@@ -7,25 +7,30 @@
 #include <atomic>
 #include <thread>
 
+#include "hotitems/LoadHotItemsThread.h"
 #include "net/PageFetcher.h"
 #include "support/RecordingBrowser.h"
 #include "support/RecordingMessages.h"
+#include "support/RecordingRunEvents.h"
 #include "support/SandboxFixture.h"
 #include "support/TempFolder.h"
 
 namespace gavelscope::hotitems {
 namespace {
 
-// Pages come from a session on the sandbox, or from nowhere.
-class SessionPages : public base::IPageSource {
- public:
-  explicit SessionPages(net::NetOptions options) : m_session(std::move(options)) {}
-  std::string GetPageText(std::string_view url, std::stop_token stop) override {
-    return m_session.GetPageText(url, stop);
-  }
+using Texts = std::vector<std::string>;
 
- private:
-  net::SharedSession m_session;
+Texts Column(const CItemListCtrl& list, int column) {
+  Texts texts;
+  for (std::size_t row = 0; row < list.RowCount(); ++row) texts.push_back(list.CellText(row, column));
+  return texts;
+}
+
+// Pages come from a session on the sandbox, or from nowhere.
+struct SessionPages : base::IPageSource {
+  explicit SessionPages(net::NetOptions options) : pages(std::move(options)) {}
+  std::string GetPageText(std::string_view url, std::stop_token stop) override { return pages.GetPageText(url, stop); }
+  net::SharedSession pages;
 };
 
 class ItemListTest : public ::testing::Test {
@@ -33,26 +38,14 @@ class ItemListTest : public ::testing::Test {
   explicit ItemListTest(ItemListVariant variant = ItemListVariant::HistoryUSA, DateOrder order = DateOrder::DayFirst)
       : m_list(variant, m_browser, m_messages, m_pages, order) {}
 
-  // One row per text, each shown in `column`; the record carries the text as its link too.
-  void Fill(int column, std::initializer_list<const char*> texts) {
-    for (const char* text : texts) {
-      auto record = std::make_shared<CHotItemRecord>();
-      using Setter = void (CHotItemRecord::*)(std::string);
-      if (column == 0) {
-        record->SetEnding(text);
-      } else {
-        constexpr Setter kSetters[] = {nullptr, &CHotItemRecord::SetTitle, &CHotItemRecord::SetPrice,
-                                       &CHotItemRecord::SetBids};
-        ((*record).*kSetters[column])(text);
-      }
-      record->SetItemLink(std::string("http://cgi.ebay.com/item?") + text);
-      m_list.AppendRow(record);
+  // One row per text, shown in `column`: the cells are in the history line's order.
+  void Fill(int column, const Texts& texts) {
+    for (const std::string& text : texts) {
+      std::string c[CItemListCtrl::kColumnCount];
+      c[column] = text;
+      const std::string line = "L~|~" + c[0] + "~|~" + c[1] + "~|~" + c[2] + "~|~" + c[3] + "~|~";
+      m_list.AppendRow(std::make_shared<CHotItemRecord>(ParseHistoryLine(line)));
     }
-  }
-  std::vector<std::string> Column(int column) const {
-    std::vector<std::string> texts;
-    for (std::size_t row = 0; row < m_list.RowCount(); ++row) texts.push_back(m_list.CellText(row, column));
-    return texts;
   }
 
   testing::RecordingBrowser m_browser;
@@ -61,74 +54,52 @@ class ItemListTest : public ::testing::Test {
   CItemListCtrl m_list;
 };
 
-using Texts = std::vector<std::string>;
-
-TEST_F(ItemListTest, BidsSortWithDashAsZeroAndASecondClickReverses) {
-  Fill(3, {"5", "-", "41"});
-  m_list.SortItems(1, true);
-  m_list.OnHeaderClick(3);
-  EXPECT_EQ(Column(3), (Texts{"-", "5", "41"}));
-  EXPECT_TRUE(m_list.SortAscending());
-  m_list.OnHeaderClick(3);
-  EXPECT_EQ(Column(3), (Texts{"41", "5", "-"}));
-  EXPECT_EQ(m_list.SortColumn(), 3);
-  EXPECT_FALSE(m_list.SortAscending());
-}
-
-TEST_F(ItemListTest, PricesLoseTheirMarksAndCompareAsNumbers) {
-  Fill(2, {"$1,200.00", "$950.00", "GBP 99.00"});
-  m_list.SortItems(2, true);
-  EXPECT_EQ(Column(2), (Texts{"GBP 99.00", "$950.00", "$1,200.00"}));
-}
-
-TEST_F(ItemListTest, TitlesThatAreNumbersSortNumerically) {
-  Fill(1, {"1984", "200", ""});
-  m_list.SortItems(1, true);
-  EXPECT_EQ(Column(1), (Texts{"", "200", "1984"}));
-}
-
-TEST_F(ItemListTest, DatesSortByTheLocaleAndRejectedTextsByText) {
-  Fill(0, {"07/03/2005", "06/04/2005", "05/03/2005"});
-  m_list.SortItems(0, true);
-  EXPECT_EQ(Column(0), (Texts{"05/03/2005", "07/03/2005", "06/04/2005"}));
-  m_list.SortItems(0, false);
-  EXPECT_EQ(Column(0), (Texts{"06/04/2005", "07/03/2005", "05/03/2005"}));
-}
-
-class MonthFirstList : public ItemListTest {
- protected:
-  MonthFirstList() : ItemListTest(ItemListVariant::HistoryUSA, DateOrder::MonthFirst) {}
+struct SortRule {
+  const char* name;
+  ItemListVariant variant;
+  DateOrder order;
+  int column;
+  Texts shown, ascending;
 };
 
-TEST_F(MonthFirstList, DatesReadMonthFirst) {
-  Fill(0, {"07/03/2005", "06/04/2005", "unknown"});
-  m_list.SortItems(0, true);
-  EXPECT_EQ(Column(0), (Texts{"06/04/2005", "07/03/2005", "unknown"}));
-}
-
-class QueryResultList : public ItemListTest {
- protected:
-  QueryResultList() : ItemListTest(ItemListVariant::QueryResults) {}
+constexpr auto kUSA = ItemListVariant::HistoryUSA, kQuery = ItemListVariant::QueryResults;
+constexpr auto kDay = DateOrder::DayFirst, kMonth = DateOrder::MonthFirst;
+// "\243" is the pound sign of the pages' Latin-1: "\24330" is 30 pounds.
+const SortRule kSortRules[] = {
+    {"BidsTreatDashAsZero", kUSA, kDay, 3, {"5", "-", "41"}, {"-", "5", "41"}},
+    {"PricesDropTheirMarks", kUSA, kDay, 2, {"$1,200", "GBP 950", "$99", "5"}, {"5", "$99", "GBP 950", "$1,200"}},
+    {"NumberTitlesAsNumbers", kUSA, kDay, 1, {"1984", "200", ""}, {"", "200", "1984"}},
+    {"DayFirstDates", kUSA, kDay, 0, {"06/04/2005", "07/03/2005"}, {"07/03/2005", "06/04/2005"}},
+    {"MonthFirstDates", kUSA, kMonth, 0, {"n/a", "07/03/2005", "06/04/2005"}, {"06/04/2005", "07/03/2005", "n/a"}},
+    {"QueryTimeLeftInSeconds", kQuery, kDay, 0, {"1d 2h", "2h 30m", "45m"}, {"45m", "2h 30m", "1d 2h"}},
+    {"QueryPricesDropMarks", kQuery, kDay, 2, {"C $40", "\24330", "US $20", "10"}, {"10", "US $20", "\24330", "C $40"}},
 };
 
-TEST_F(QueryResultList, TimeLeftSortsBySecondsAndPricesLoseMoreMarks) {
-  Fill(0, {"1d 2h", "2h 30m", "45m"});
-  m_list.SortItems(0, true);
-  EXPECT_EQ(Column(0), (Texts{"45m", "2h 30m", "1d 2h"}));
-  m_list.Clear();
-  Fill(2, {"US $20.00",
-           "\xA3"
-           "3.00",
-           "C $10.00"});
-  m_list.SortItems(2, true);
-  EXPECT_EQ(Column(2), (Texts{"\xA3"
-                              "3.00",
-                              "C $10.00", "US $20.00"}));
+class ItemListSort : public ItemListTest, public ::testing::WithParamInterface<int> {
+ protected:
+  ItemListSort() : ItemListTest(kSortRules[GetParam()].variant, kSortRules[GetParam()].order) {}
+};
+
+// A click on another column than the last sorts ascending; a second click on it reverses.
+TEST_P(ItemListSort, HeaderClicksSortByTheColumnsRuleBothWays) {
+  const SortRule& rule = kSortRules[GetParam()];
+  Fill(rule.column, rule.shown);
+  m_list.SortItems((rule.column + 1) % CItemListCtrl::kColumnCount, false);
+  m_list.OnHeaderClick(rule.column);
+  EXPECT_EQ(Column(m_list, rule.column), rule.ascending);
+  m_list.OnHeaderClick(rule.column);
+  EXPECT_EQ(Column(m_list, rule.column), Texts(rule.ascending.rbegin(), rule.ascending.rend()));
+  EXPECT_EQ(std::pair(m_list.SortColumn(), m_list.SortAscending()), std::pair(rule.column, false));
 }
 
-TEST_F(ItemListTest, ExportOfAnEmptyListWritesTheHeadings) {
+INSTANTIATE_TEST_SUITE_P(Rules, ItemListSort, ::testing::Range(0, static_cast<int>(std::size(kSortRules))),
+                         [](const auto& info) { return std::string(kSortRules[info.param].name); });
+
+TEST_F(ItemListTest, ExportWritesTheHeadingsThenEachRowsDateBidsPriceAndTitle) {
+  m_list.AppendRow(std::make_shared<CHotItemRecord>(ParseHistoryLine("L~|~07/03/2005~|~Lamp~|~$5.00~|~41~|~")));
   EXPECT_EQ(m_list.ExportText(),
-            "\tHot Items History List\r\n\r\nDate Ended\t\t\tBids\t\t\tPrice\t\t\tItem Title\r\n\r\n");
+            "\tHot Items History List\r\n\r\nDate Ended\t\t\tBids\t\t\tPrice\t\t\tItem Title\r\n\r\n"
+            "07/03/2005\t\t\t41\t\t\t$5.00\t\t\tLamp\r\n");
 }
 
 TEST_F(ItemListTest, HeaderClicksWhileTheListFillsNeverMixRowsAndTheMarkKeepsItsItem) {
@@ -167,47 +138,70 @@ TEST_F(ItemListTest, HeaderClicksWhileTheListFillsNeverMixRowsAndTheMarkKeepsIts
   EXPECT_EQ(m_list.MarkedRow()->GetTitle(), "the marked one");
 }
 
-class UKHistoryList : public ItemListTest {
+// The loader fills both history lists from the sandbox's FTP server.
+class LoadHotItemsTest : public testing::SandboxTest {
  protected:
-  UKHistoryList() : ItemListTest(ItemListVariant::HistoryUK) {}
+  void Serve(const std::string& history) { testing::WriteFileBytes(Sandbox().ftpRoot() / "HotItemList.txt", history); }
+  void Load() {
+    CLoadHotItemsThread loader(sites::CompiledProfile(), SandboxNetOptions(), m_folder.path(), {m_usa, m_uk, m_events});
+    loader.SetRetryPause(std::chrono::milliseconds(0));
+    loader.Run({});
+  }
+
+  testing::TempFolder m_folder;
+  testing::RecordingBrowser m_browser;
+  testing::RecordingMessages m_messages;
+  SessionPages m_pages{net::NetOptions{}};
+  testing::RecordingRunEvents m_events;
+  CItemListCtrl m_usa{ItemListVariant::HistoryUSA, m_browser, m_messages, m_pages, DateOrder::DayFirst};
+  CItemListCtrl m_uk{ItemListVariant::HistoryUK, m_browser, m_messages, m_pages, DateOrder::DayFirst};
 };
 
-TEST_F(UKHistoryList, DisplayDetailsOpensTheUKPage) {
-  Fill(1, {"Lamp"});
-  m_list.OpenItemPage();
-  EXPECT_TRUE(m_browser.Opened().empty());
-  ASSERT_TRUE(m_list.ContextMenuAt(0));
-  EXPECT_FALSE(m_list.ContextMenuAt(1));
-  m_list.OpenItemPage();
-  EXPECT_EQ(m_browser.Opened(), Texts{"http://cgi.ebay.co.uk/item?Lamp"});
+TEST_F(LoadHotItemsTest, RoutesLinesBySiteInFileOrderThenSortsByBidsAndEachLoadReplacesTheRows) {
+  Serve(
+      "L1~|~07/03/2005~|~first~|~$5.00~|~41~|~\r\n"
+      "http://cgi.ebay.com/L2~|~07/03/2005~|~pounds~|~GBP 5.00~|~33~|~\r\n"
+      "L3~|~08/03/2005~|~third~|~$7.00~|~41~|~\n"
+      "L4~|~08/03/2005~|~fourth~|~$1.00~|~-~|~");
+  Load();
+  Load();
+  EXPECT_EQ(Column(m_usa, 1), (Texts{"fourth", "first", "third"}));
+  EXPECT_EQ(Column(m_uk, 1), Texts{"pounds"});
+  // The row index the list gave when the line was read.
+  EXPECT_EQ(m_usa.RowAt(1)->GetRow(), 0);
+  EXPECT_EQ(m_usa.SortColumn(), 3);
+  // The UK list opens the marked item on its own site; without a mark, nothing.
+  m_uk.OpenItemPage();
+  m_uk.SetSelectionMark(0);
+  m_uk.OpenItemPage();
+  EXPECT_EQ(m_browser.Opened(), Texts{"http://cgi.ebay.co.uk/L2"});
+  // An empty history, then none at all (after bounded retries): each load empties both lists.
+  Serve("");
+  Load();
+  EXPECT_EQ(m_usa.RowCount() + m_uk.RowCount(), 0U);
+  std::filesystem::remove(Sandbox().ftpRoot() / "HotItemList.txt");
+  m_usa.AppendRow(std::make_shared<CHotItemRecord>());
+  Load();
+  EXPECT_EQ(m_usa.RowCount() + m_uk.RowCount(), 0U);
+  EXPECT_TRUE(m_usa.IsRedrawOn() && m_uk.IsRedrawOn());
+  EXPECT_EQ(m_events.finished, 4);
 }
 
-class LinkedPageWorker : public testing::SandboxTest {};
+// A suite of its own, so the sandbox's history is the one it was generated with.
+class LinkedPageWorker : public LoadHotItemsTest {};
 
-TEST_F(LinkedPageWorker, OpensTheLinksOfASandboxItemPage) {
-  testing::RecordingBrowser browser;
-  testing::RecordingMessages messages;
+TEST_F(LinkedPageWorker, OpensALinkOfALoadedItemsSandboxPageEvenOnceItsRowIsGone) {
+  Load();
   SessionPages pages(SandboxNetOptions());
-  CItemListCtrl list(ItemListVariant::HistoryUSA, browser, messages, pages, DateOrder::DayFirst);
-  const std::string history = testing::ReadFileBytes(Sandbox().ftpRoot() / "HotItemList.txt");
-  auto record = std::make_shared<CHotItemRecord>(ParseHistoryLine(history.substr(0, history.find("\r\n"))));
-  ASSERT_FALSE(record->GetItemLink().empty());
-  list.AppendRow(record);
+  CItemListCtrl list(ItemListVariant::HistoryUSA, m_browser, m_messages, pages, DateOrder::DayFirst);
+  list.AppendRow(m_usa.RowAt(0));
   list.SetSelectionMark(0);
-
   list.OpenLinkedPage(sites::LinkedPage::BidHistory);
-  ASSERT_TRUE(browser.WaitForCount(1));
-  list.OpenLinkedPage(sites::LinkedPage::SellersOtherItems);
-  ASSERT_TRUE(browser.WaitForCount(2));
   // The row is cleared at once: the worker already holds the link it needs.
-  list.OpenLinkedPage(sites::LinkedPage::SellerFeedback);
   list.Clear();
-  ASSERT_TRUE(browser.WaitForCount(3));
-  const Texts opened = browser.Opened();
-  EXPECT_NE(opened[0].find("ViewBids"), std::string::npos) << opened[0];
-  EXPECT_NE(opened[1].find("ViewListedItems"), std::string::npos) << opened[1];
-  EXPECT_NE(opened[2].find("ViewFeedback"), std::string::npos) << opened[2];
-  for (const std::string& url : opened) EXPECT_EQ(url.find("&amp;"), std::string::npos) << url;
+  ASSERT_TRUE(m_browser.WaitForCount(1));
+  // The link as the page writes it, its "&amp;" read as "&".
+  EXPECT_NE(m_browser.Opened()[0].find("?ViewBids&item="), std::string::npos) << m_browser.Opened()[0];
 }
 
 }  // namespace

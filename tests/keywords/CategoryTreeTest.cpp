@@ -1,30 +1,40 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Copyright 2026 The Gavelscope developers
+//
+// The category tree, the list lines that build it, the keyword list it feeds, the thread that loads it.
 #include "keywords/CategoryTree.h"
 
 #include <gtest/gtest.h>
 
 #include "keywords/CategoryList.h"
+#include "keywords/KeyWordsThread.h"
 #include "keywords/KeywordListCtrl.h"
 #include "support/RecordingBrowser.h"
 #include "support/RecordingMessages.h"
+#include "support/RecordingRunEvents.h"
+#include "support/SandboxFixture.h"
 #include "support/TempFolder.h"
 
 namespace gavelscope::keywords {
 namespace {
 
-class CategoryTreeTest : public ::testing::Test {
+// (listing link, search link, keyword) of a record.
+using R = std::array<std::string, 3>;
+using Texts = std::vector<std::string>;
+
+class CategoryListTest : public ::testing::Test {
  protected:
-  // Loads list lines the way a keyword thread does, then derives the Top 100 list.
-  void Load(std::initializer_list<std::string_view> lines) {
-    CategoryLoadState state = BeginCatalogue(m_tree);
-    for (std::string_view line : lines) ParseCategoryLine(m_tree, line, state);
-    m_tree.BuildTop100();
+  // Applies list lines the way a keyword thread does, to a new catalogue unless told to go on.
+  void Load(std::initializer_list<std::string_view> lines, bool goOn = false) {
+    if (!goOn) m_state = BeginCatalogue(m_tree);
+    for (std::string_view line : lines) ParseCategoryLine(m_tree, line, m_state);
   }
-  std::vector<std::string> Top100() const {
-    std::vector<std::string> keywords;
-    for (const auto& record : *m_tree.GetItemData(m_tree.RootItems()[0])) keywords.push_back(record->GetKeyword());
-    return keywords;
+  std::vector<R> Records(TreeItem item) const {
+    std::vector<R> records;
+    if (const auto array = m_tree.GetItemData(item)) {
+      for (const auto& r : *array) records.push_back({r->GetListingLink(), r->GetSearchLink(), r->GetKeyword()});
+    }
+    return records;
   }
   TreeItem Root(std::size_t i) const { return m_tree.RootItems()[i]; }
 
@@ -32,55 +42,89 @@ class CategoryTreeTest : public ::testing::Test {
   testing::RecordingMessages m_messages;
   CKeywordListCtrl m_list{m_browser, m_messages};
   CCategoryTree m_tree{0, m_list, m_browser, m_messages};
+  CategoryLoadState m_state;
 };
 
-TEST_F(CategoryTreeTest, Top100TakesEachSubCategoryTopKeywordOnce) {
-  Load({"~CAT~A~|~LA~|~", "~KEYWORD~category word~|~S~|~",                  // a category's own keywords never count
-        "~SUBCAT~A1~|~L1~|~", "~KEYWORD~*** No Known Keywords ***~|~S~|~",  // never taken, even first
-        "~SUBCAT~A2~|~L2~|~", "~KEYWORD~lamp~|~S2~|~vase~|~S~|~",           //
-        "~SUBCAT~A3~|~L3~|~", "~KEYWORD~lamp~|~S3~|~",                      // the first "lamp" stays
-        "~SUBCAT~~|~L4~|~",                                                 // no name: passed over
-        "~SUBCAT~A5~|~L5~|~", "~KEYWORD~Lamp~|~S5~|~",                      // case counts
-        "~CAT~B~|~LB~|~",                                                   // no sub-categories
-        "~CAT~C~|~LC~|~", "~SUBCAT~C1~|~L6~|~", "~KEYWORD~odd~|~S6"});      // an empty array: skipped
-  EXPECT_EQ(Top100(), (std::vector<std::string>{"lamp", "Lamp"}));
-  EXPECT_EQ(m_tree.GetItemData(Root(0))->at(0)->GetSearchLink(), "S2");
-  // The list shows the Top 100 once it is built.
-  ASSERT_EQ(m_list.RowCount(), 2U);
-  EXPECT_EQ(m_list.RowAt(0)->GetKeyword(), "lamp");
+TEST_F(CategoryListTest, KeywordsBelongToTheItemReadLastAndBeforeAnyToTheTop100Item) {
+  Load({"~KEYWORD~early~|~S0~|~", "~CAT~Art~|~L1~|~\r", "~KEYWORD~lamp~|~S1~|~vase~|~S2~|~\r", "~SUBCAT~Prints~|~L2~|~",
+        "~KEYWORD~etching~|~S3~|~"});
+  ASSERT_EQ(m_tree.RootItems().size(), 2U);
+  EXPECT_EQ(m_tree.GetItemText(Root(0)), "Top 100 Keywords");
+  EXPECT_EQ(Records(Root(0)), (std::vector<R>{{"", "S0", "early"}}));
+  EXPECT_EQ(m_tree.GetItemText(Root(1)), "Art");
+  EXPECT_EQ(Records(Root(1)), (std::vector<R>{{"L1", "S1", "lamp"}, {"L1", "S2", "vase"}}));
+  const std::vector<TreeItem> children = m_tree.ChildItems(Root(1));
+  ASSERT_EQ(children.size(), 1U);
+  EXPECT_EQ(m_tree.GetItemText(children[0]), "Prints");
+  EXPECT_EQ(Records(children[0]), (std::vector<R>{{"L2", "S3", "etching"}}));
+  // Categories are red in the category font, sub-categories italic and not bold.
+  EXPECT_EQ(m_tree.GetItemColor(Root(1)), 0xFF0000);
+  FontDescription font;
+  ASSERT_TRUE(m_tree.GetItemFont(Root(1), font));
+  EXPECT_EQ(font, CategoryFont());
+  ASSERT_TRUE(m_tree.GetItemFont(children[0], font));
+  EXPECT_TRUE(font.italic && font.weight == 0);
 }
 
-TEST_F(CategoryTreeTest, Top100WalkStopsAtASubCategoryWithoutKeywords) {
-  Load({"~CAT~A~|~LA~|~", "~SUBCAT~A1~|~L1~|~", "~KEYWORD~first~|~S~|~", "~SUBCAT~A2~|~L2~|~", "~SUBCAT~A3~|~L3~|~",
-        "~KEYWORD~never~|~S~|~"});
-  EXPECT_EQ(Top100(), std::vector<std::string>{"first"});
-}
-
-TEST_F(CategoryTreeTest, ExportWritesHeadingsThenNumberedKeywords) {
+TEST_F(CategoryListTest, MissingSeparatorsGiveEmptyFieldsAndANewKeywordLineReplacesAndReleasesTheLast) {
   Load({});
-  const std::string headings = "\tTodays Top 100 Keywords\r\n\r\nPosition\t\t\tKeyword\r\n\r\n";
-  EXPECT_EQ(m_tree.ExportText(), headings);
-  m_tree.FreeCatalogue();
-  Load({"~CAT~A~|~L~|~", "~SUBCAT~A1~|~L1~|~", "~KEYWORD~lamp~|~S~|~", "~SUBCAT~A2~|~L2~|~", "~KEYWORD~vase~|~S~|~"});
-  EXPECT_EQ(m_tree.ExportText(), headings + "1\t\t\t\tlamp\r\n2\t\t\t\tvase\r\n");
+  EXPECT_TRUE(ParseCategoryLine(m_tree, "~CAT~Broken", m_state).category);
+  EXPECT_EQ(m_tree.GetItemText(Root(1)), "");
+  EXPECT_EQ(m_state.link, "");
+  // A pair without its closing separator ends the line.
+  Load({"~KEYWORD~one~|~S1~|~two~|~S2"}, true);
+  EXPECT_EQ(Records(Root(1)), (std::vector<R>{{"", "S1", "one"}}));
+  std::weak_ptr<const KeywordArray> first = m_tree.GetItemData(Root(1));
+  Load({"~KEYWORD~lonely"}, true);
+  EXPECT_TRUE(first.expired());
+  EXPECT_TRUE(Records(Root(1)).empty());
 }
 
-TEST_F(CategoryTreeTest, ExportToAFileTellsTheUserOrKeepsTheOldFile) {
-  Load({"~CAT~A~|~L~|~", "~SUBCAT~A1~|~L1~|~", "~KEYWORD~lamp~|~S~|~"});
+TEST_F(CategoryListTest, ALineWithTwoMarkersIsAppliedForBoth) {
+  Load({});
+  const LineEffect effect = ParseCategoryLine(m_tree, "~CAT~A~|~L1~|~~SUBCAT~B~|~L2~|~", m_state);
+  EXPECT_TRUE(effect.category && effect.subcategory);
+  ASSERT_EQ(m_tree.ChildItems(Root(1)).size(), 1U);
+  EXPECT_EQ(m_state.link, "L2");
+}
+
+using CategoryTreeTest = CategoryListTest;
+
+TEST_F(CategoryTreeTest, Top100TakesEachSubCategoryTopKeywordOnceUntilOneHasNone) {
+  Load({"~CAT~A~|~LA~|~", "~KEYWORD~category word~|~S~|~",                      // a category's own keywords never count
+        "~SUBCAT~A1~|~L1~|~", "~KEYWORD~*** No Known Keywords ***~|~S~|~",      // never taken, even first
+        "~SUBCAT~A2~|~L2~|~", "~KEYWORD~lamp~|~S2~|~vase~|~S~|~",               //
+        "~SUBCAT~A3~|~L3~|~", "~KEYWORD~lamp~|~S3~|~",                          // the first "lamp" stays
+        "~SUBCAT~~|~L4~|~",                                                     // no name: passed over
+        "~SUBCAT~A5~|~L5~|~", "~KEYWORD~Lamp~|~S5~|~",                          // case counts
+        "~CAT~B~|~LB~|~",                                                       // no sub-categories
+        "~CAT~C~|~LC~|~", "~SUBCAT~C1~|~L6~|~", "~KEYWORD~odd~|~S6",            // an empty array: skipped
+        "~SUBCAT~C2~|~L7~|~", "~SUBCAT~C3~|~L8~|~", "~KEYWORD~never~|~S~|~"});  // no keywords: the walk ends
+  m_tree.BuildTop100();
+  EXPECT_EQ(Records(Root(0)), (std::vector<R>{{"L2", "S2", "lamp"}, {"L5", "S5", "Lamp"}}));
+  EXPECT_EQ(m_list.Rows(), *m_tree.GetItemData(Root(0))) << "the list shows the Top 100 once it is built";
+}
+
+TEST_F(CategoryTreeTest, ExportWritesHeadingsThenNumberedKeywordsAndTellsTheUser) {
+  Load({"~CAT~A~|~L~|~", "~SUBCAT~A1~|~L1~|~", "~KEYWORD~lamp~|~S~|~", "~SUBCAT~A2~|~L2~|~", "~KEYWORD~vase~|~S~|~"});
+  m_tree.BuildTop100();
+  EXPECT_EQ(m_tree.ExportText(),
+            "\tTodays Top 100 Keywords\r\n\r\nPosition\t\t\tKeyword\r\n\r\n1\t\t\t\tlamp\r\n2\t\t\t\tvase\r\n");
   testing::TempFolder folder;
   ASSERT_TRUE(m_tree.Export(folder / "top.txt"));
   EXPECT_EQ(testing::ReadFileBytes(folder / "top.txt"), m_tree.ExportText());
   ASSERT_EQ(m_messages.Messages().size(), 1U);
   EXPECT_EQ(m_messages.Messages()[0].text, "List Has Been Successfully Exported.");
+  // A file that cannot be written is the caller's to report.
   EXPECT_FALSE(m_tree.Export(folder / "missing-folder" / "top.txt"));
   EXPECT_EQ(m_messages.Messages().size(), 1U);
 }
 
-TEST_F(CategoryTreeTest, OnlySubCategoriesOfferEveryView) {
+TEST_F(CategoryTreeTest, OnlySubCategoriesOfferEveryViewAndItemsWithoutKeywordsOpenNothing) {
   Load({"~CAT~Art~|~http://l/Art/list/~|~", "~KEYWORD~art~|~S~|~", "~SUBCAT~Prints~|~http://l/Prints/list/x~|~",
-        "~KEYWORD~etching~|~S~|~"});
-  EXPECT_EQ(m_tree.ContextMenuFor(Root(0)), (std::array<bool, 4>{true, false, false, false}));
-  EXPECT_EQ(m_tree.ContextMenuFor(Root(1)), (std::array<bool, 4>{true, false, false, false}));
+        "~KEYWORD~etching~|~S~|~", "~CAT~Empty~|~http://l/Empty/list/~|~"});
+  for (TreeItem item : {Root(0), Root(1)})
+    EXPECT_EQ(m_tree.ContextMenuFor(item), (std::array{true, false, false, false}));
   const TreeItem prints = m_tree.ChildItems(Root(1))[0];
   EXPECT_EQ(m_tree.ContextMenuFor(prints), (std::array<bool, 4>{true, true, true, true}));
   // The hit item is selected and its keywords shown.
@@ -88,18 +132,13 @@ TEST_F(CategoryTreeTest, OnlySubCategoriesOfferEveryView) {
   EXPECT_EQ(m_list.RowAt(0)->GetKeyword(), "etching");
   EXPECT_EQ(m_tree.ContextMenuFor(kNoItem), (std::array<bool, 4>{false, false, false, false}));
   EXPECT_EQ(m_tree.GetSelectedItem(), prints);
-
   m_tree.OnDoubleClick();
   m_tree.OpenView(sites::ListingView::GoingGone);
-  EXPECT_EQ(m_browser.Opened(), (std::vector<std::string>{"http://l/Prints/list/x", "http://l/Prints/going/all/x"}));
-}
-
-TEST_F(CategoryTreeTest, ItemsWithoutKeywordsOpenNothingAndKeepTheList) {
-  Load({"~CAT~A~|~L~|~", "~SUBCAT~A1~|~L1~|~", "~KEYWORD~lamp~|~S~|~", "~CAT~Empty~|~L2~|~"});
+  // An item without keywords opens nothing and leaves the list as it was.
   m_tree.OnItemClicked(Root(2));
   m_tree.OnDoubleClick();
-  EXPECT_TRUE(m_browser.Opened().empty());
-  EXPECT_EQ(m_list.RowAt(0)->GetKeyword(), "lamp");
+  EXPECT_EQ(m_list.RowAt(0)->GetKeyword(), "etching");
+  EXPECT_EQ(m_browser.Opened(), (Texts{"http://l/Prints/list/x", "http://l/Prints/going/all/x"}));
 }
 
 TEST_F(CategoryTreeTest, FreeingForgetsItemsAndTheirAttributes) {
@@ -119,6 +158,46 @@ TEST_F(CategoryTreeTest, FreeingForgetsItemsAndTheirAttributes) {
 TEST(SearchingMarker, SplitsTheNameFromTheMarker) {
   EXPECT_EQ(SearchingMarkerAt("Antiques  -  Searching"), 8U);
   EXPECT_EQ(SearchingMarkerAt("Antiques - Searching"), std::string_view::npos);
+}
+
+using KeywordListTest = CategoryTreeTest;
+
+TEST_F(KeywordListTest, TheMarkedRowOpensItsSearchPageAsItIsOrInEachSortOrder) {
+  Load({"~CAT~A~|~L~|~", "~KEYWORD~lamp~|~S1~|~vase~|~S2~|~"});
+  m_list.Assign(*m_tree.GetItemData(Root(1)));
+  m_list.OnDoubleClick();
+  EXPECT_TRUE(m_browser.Opened().empty());
+  m_list.SetSelectionMark(1);
+  for (SortOrder order : kSortOrders) m_list.OpenSorted(order);
+  m_list.OnDoubleClick();
+  EXPECT_EQ(m_browser.Opened(), (Texts{"S2_W0QQsosortpropertyZ1", "S2_W0QQsosortorderZ2QQsosortpropertyZ2",
+                                       "S2_W0QQsosortpropertyZ3", "S2_W0QQsosortorderZ2QQsosortpropertyZ3", "S2"}));
+}
+
+class KeyWordsThreadTest : public testing::SandboxTest {};
+
+TEST_F(KeyWordsThreadTest, StepsTheProgressOncePerCategoryLineAndReportsTheRefreshDone) {
+  testing::RecordingBrowser browser;
+  testing::RecordingMessages messages;
+  testing::RecordingRunEvents events;
+  CKeywordListCtrl list{browser, messages};
+  CCategoryTree tree{0, list, browser, messages};
+  // The category list is exactly these lines.
+  sites::Profile profile = sites::CompiledProfile();
+  profile.vendor.webServer =
+      testing::TextUrl("www.gavelscope.example",
+                       "~CAT~A~|~LA~|~\r\n~SUBCAT~A1~|~L1~|~\r\n~KEYWORD~lamp~|~S~|~\r\n"
+                       "~SUBCAT~A2~|~L2~|~\r\n~CAT~B~|~LB~|~\r\n~SUBCAT~B1~|~L3~|~\r\n~CAT~C~|~LC~|~\r\n");
+  profile.uk.categoryListPath = "";
+  CKeyWordsThreadUK thread(profile, SandboxNetOptions(), {tree, list, events});
+  thread.SetLinePause(std::chrono::milliseconds(0));
+  thread.Run({});
+  EXPECT_EQ(events.steps, 3);
+  EXPECT_EQ(tree.RootItems().size(), 4U);
+  EXPECT_EQ(list.RowAt(0)->GetKeyword(), "lamp");
+  EXPECT_TRUE(events.refreshDone);
+  EXPECT_EQ(events.finished, 1);
+  EXPECT_TRUE(tree.IsRedrawOn());
 }
 
 }  // namespace
