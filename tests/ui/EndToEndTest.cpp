@@ -1,13 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Copyright 2026 The Gavelscope developers
 //
-// A user's query from start to export, in the real window on an X server (Xvfb) with the real
-// message boxes and file dialogs, answered by a robot as a person would answer them; the exported
-// list must hold what gavelscope-cli finds for the same query file.
-#include <gtest/gtest.h>
-
+// The window on the sandbox, on an X server (Xvfb) with the real message boxes and file dialogs,
+// answered by a robot as a person would answer them.
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QListWidget>
@@ -17,143 +13,124 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <filesystem>
+#include <set>
 #include <sstream>
 
-#include "support/RecordingBrowser.h"
+#include "WindowTestSupport.h"
 #include "support/SandboxFixture.h"
-#include "support/TempFolder.h"
-#include "ui/MainDialog.h"
+#include "ui/AnimatedPicture.h"
 #include "ui/QueryDialog.h"
 
 namespace gavelscope::ui {
 namespace {
 
-template <typename Condition>
-bool ProcessEventsUntil(Condition done) {
-  QElapsedTimer timer;
-  timer.start();
-  while (!done()) {
-    if (timer.elapsed() > 120000) return false;
-    QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
-  }
-  return true;
-}
-
-// Answers whatever modal window is open, one step per tick: the new-query question with Yes, the
-// query dialog with two categories, a bid filter and a saved copy, file dialogs with the path the
-// test wants, every other box with OK.
-class Robot : public QObject {
- public:
-  Robot(std::filesystem::path queryFile, std::filesystem::path exportFile)
-      : m_queryFile(std::move(queryFile)), m_exportFile(std::move(exportFile)) {
-    connect(&m_timer, &QTimer::timeout, this, &Robot::Step);
-    m_timer.start(20);
-  }
-
-  std::vector<std::string> titles;
-
- private:
-  void Step() {
-    QWidget* modal = QApplication::activeModalWidget();
-    if (modal == nullptr || modal == m_busyWith) return;
-    if (auto* box = qobject_cast<QMessageBox*>(modal)) {
-      titles.push_back(box->windowTitle().toStdString());
-      QAbstractButton* answer =
-          box->button(QMessageBox::Yes) != nullptr ? box->button(QMessageBox::Yes) : box->button(QMessageBox::Ok);
-      Later(answer, [answer] { answer->click(); });
-    } else if (auto* files = qobject_cast<QFileDialog*>(modal)) {
-      const bool saving = files->windowTitle() == "Save New Gavelscope Query !";
-      files->selectFile(QString::fromStdString((saving ? m_queryFile : m_exportFile).string()));
-      Later(files, [files] { QMetaObject::invokeMethod(files, "accept"); });
-    } else if (auto* query = dynamic_cast<CQueryDialog*>(modal)) {
-      if (!std::filesystem::exists(m_queryFile)) {
-        QListWidget* list = query->categoryList();
-        for (const char* name : {"Antiques", "Books"}) {
-          const QList<QListWidgetItem*> found = list->findItems(name, Qt::MatchExactly);
-          if (!found.isEmpty()) found.front()->setSelected(true);
-        }
-        query->edit(1018)->setText("3");
-        query->edit(1060)->setText("2");
-        Later(query, [query] { query->button(1000)->click(); });
-      } else {
-        Later(query, [query] { query->button(1)->click(); });
-      }
-    }
-  }
-
-  // Acts from the event loop, not inside this tick: the action may open a modal window of its own.
-  template <typename Action>
-  void Later(QObject* target, Action action) {
-    m_busyWith = qobject_cast<QWidget*>(target);
-    QTimer::singleShot(0, target, [this, action] {
-      action();
-      m_busyWith = nullptr;
-    });
-  }
-
-  std::filesystem::path m_queryFile;
-  std::filesystem::path m_exportFile;
-  QWidget* m_busyWith = nullptr;
-  QTimer m_timer;
-};
-
-std::vector<std::string> SortedLines(const std::string& text, std::size_t skip) {
+// Every line, sorted: rows that tie on the sort key may come in either order.
+std::vector<std::string> SortedLines(const std::string& text) {
   std::vector<std::string> lines;
   std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) {
-    if (skip > 0) {
-      --skip;
-    } else {
-      lines.push_back(line);
-    }
-  }
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
   std::sort(lines.begin(), lines.end());
   return lines;
 }
 
-class EndToEndTest : public testing::SandboxTest {};
+class EndToEndTest : public testing::SandboxTest {
+ protected:
+  app::ControllerConfig Config() {
+    return {.profile = sites::CompiledProfile(),
+            .net = SandboxNetOptions(),
+            .cacheFolder = m_folder.path(),
+            .queryPollInterval = std::chrono::milliseconds(200)};
+  }
+  testing::TempFolder m_folder;
+  testing::RecordingBrowser m_browser;
+};
 
-TEST_F(EndToEndTest, AQueryFromTheQueryTabExportsWhatTheCommandLineFinds) {
-  testing::TempFolder folder;
-  testing::RecordingBrowser browser;
-  app::ControllerConfig config;
-  config.profile = sites::CompiledProfile();
-  config.net = SandboxNetOptions();
-  config.cacheFolder = folder.path();
-  config.queryPollInterval = std::chrono::milliseconds(200);
-  CMainDialog window(config, nullptr, &browser);
+TEST_F(EndToEndTest, TheWindowLoadsTheSandboxAndAQueryFromTheQueryTabExportsWhatTheCommandLineFinds) {
+  CMainDialog window(Config(), nullptr, &m_browser);
+  EXPECT_EQ(window.windowTitle(), "Gavelscope - The Complete Powerseller Tool (Version 2.0)");
+  window.SetBannerTiming({.fetchInterval = std::chrono::milliseconds(10)});
   window.show();
   window.Start(false);
-  ASSERT_TRUE(window.controller().Categories(sites::Site::USA).ready.Wait({}));
 
-  Robot robot(folder.path() / "query.sbqry", folder.path() / "results.txt");
+  // The robot answers whatever modal window is open, one step per tick: the new-query question with
+  // Yes, the query dialog with two categories, a bid filter and a saved copy, file dialogs with the
+  // query file or the export, every other box with OK. It acts from the event loop, not inside its
+  // tick, as the action may open a modal window of its own.
+  std::vector<std::string> said;  // the boxes' titles and texts
+  std::set<QWidget*> busy;        // answered, or being answered in a modal window of their own
+  QTimer robot;
+  QObject::connect(&robot, &QTimer::timeout, [&] {
+    QWidget* modal = QApplication::activeModalWidget();
+    if (modal == nullptr || busy.contains(modal)) return;
+    std::function<void()> action = [] {};
+    if (auto* box = qobject_cast<QMessageBox*>(modal)) {
+      said.insert(said.end(), {box->windowTitle().toStdString(), box->text().toStdString()});
+      QAbstractButton* yes = box->button(QMessageBox::Yes);
+      action = [box, yes] { (yes != nullptr ? yes : box->button(QMessageBox::Ok))->click(); };
+    } else if (auto* files = qobject_cast<QFileDialog*>(modal)) {
+      const bool saving = files->windowTitle() == "Save New Gavelscope Query !";
+      files->selectFile(QString::fromStdString((m_folder / (saving ? "query.sbqry" : "results.txt")).string()));
+      action = [files] { QMetaObject::invokeMethod(files, "accept"); };
+    } else if (auto* query = dynamic_cast<CQueryDialog*>(modal)) {
+      for (const char* name : {"Antiques", "Books"}) {
+        for (QListWidgetItem* item : query->categoryList()->findItems(name, Qt::MatchExactly)) item->setSelected(true);
+      }
+      query->edit(kBidsGreaterEdit)->setText("3");
+      query->edit(kPageDepth)->setText("2");
+      action = [query] {
+        query->button(kSaveQuery)->click();
+        query->button(kStartQuery)->click();
+      };
+    }
+    busy.insert(modal);
+    QTimer::singleShot(0, &robot, [&busy, modal, action] {
+      action();
+      busy.erase(modal);
+    });
+  });
+  robot.start(20);
+  const auto saw = [&](const std::string& text) { return std::ranges::find(said, text) != said.end(); };
+
+  window.OnClick(FaceRegionRect(FaceRegion::Refresh).center());
+  EXPECT_TRUE(saw("System Is Already Refreshing Display"));
+  // The window's thread handles nothing meanwhile: no load may need it to finish.
+  for (app::Load load : {app::Load::KeywordsUSA, app::Load::KeywordsUK, app::Load::AuctionsUSA, app::Load::AuctionsUK,
+                         app::Load::HotItems}) {
+    ASSERT_TRUE(window.controller().LoadDone(load).WaitFor(std::chrono::seconds(60))) << static_cast<int>(load);
+  }
+  ASSERT_TRUE(ProcessEventsUntil([&] { return window.mainView().barColour() == app::kColourLoaded; }));
+  // The sandbox's banners are 120 by 60 pixels; the first one's link opens from it.
+  ASSERT_TRUE(ProcessEventsUntil([&] { return !window.bannerLink().empty(); }));
+  EXPECT_EQ(window.banner()->geometry(), QRect(794 - 120, 0, 120, 60));
+  window.OnClick(window.banner()->geometry().center());
+  EXPECT_EQ(m_browser.Opened(), std::vector<std::string>{window.bannerLink()});
+
   window.OnClick(FaceRegionRect(FaceRegion::TabQuery).center());
-  const auto said = [&](const std::string& title) {
-    return std::find(robot.titles.begin(), robot.titles.end(), title) != robot.titles.end();
-  };
-  ASSERT_TRUE(said("Warning - This may take a while !"));
-  ASSERT_TRUE(ProcessEventsUntil([&] { return said("Search Complete"); }));
-  EXPECT_TRUE(said("Searching !"));
+  ASSERT_TRUE(ProcessEventsUntil([&] { return saw("Search Complete"); }));
+  EXPECT_TRUE(saw("Searching !"));
   window.OnClick(FaceRegionRect(FaceRegion::Export).center());
-  ASSERT_TRUE(ProcessEventsUntil([&] { return std::filesystem::exists(folder.path() / "results.txt"); }));
-  const std::string exported = testing::ReadFileBytes(folder.path() / "results.txt");
+  ASSERT_TRUE(ProcessEventsUntil([&] { return std::filesystem::exists(m_folder / "results.txt"); }));
+  ASSERT_EQ(QProcess::execute(QStringLiteral(GAVELSCOPE_CLI_PROGRAM),
+                              {"--sandbox", "query", QString::fromStdString((m_folder / "query.sbqry").string()),
+                               "--export", QString::fromStdString((m_folder / "cli.txt").string())}),
+            0);
+  const std::vector<std::string> exported = SortedLines(testing::ReadFileBytes(m_folder / "results.txt"));
+  EXPECT_GT(exported.size(), 4U + 5U);  // four heading lines and more than five rows
+  EXPECT_EQ(exported, SortedLines(testing::ReadFileBytes(m_folder / "cli.txt")));
+}
 
-  QProcess cli;
-  cli.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-  cli.start(QStringLiteral(GAVELSCOPE_CLI_PROGRAM),
-            {"--sandbox", "query", QString::fromStdString((folder.path() / "query.sbqry").string())});
-  ASSERT_TRUE(cli.waitForFinished(120000));
-  ASSERT_EQ(cli.exitCode(), 0);
-  const std::string printed = cli.readAllStandardOutput().toStdString();
-
-  // The same headings, then the same rows; rows that tie on the sort key may come in either order.
-  constexpr std::size_t kHeadingLines = 4;
-  const std::vector<std::string> rows = SortedLines(exported, kHeadingLines);
-  EXPECT_GT(rows.size(), 5U);
-  EXPECT_EQ(rows, SortedLines(printed, kHeadingLines));
-  EXPECT_EQ(exported.substr(0, exported.find("\r\n\r\n", exported.find("\r\n\r\n") + 4)),
-            printed.substr(0, printed.find("\r\n\r\n", printed.find("\r\n\r\n") + 4)));
+TEST_F(EndToEndTest, ClosingWhileEveryWorkerWaitsEndsWithinTwoSeconds) {
+  app::ControllerConfig config = Config();
+  config.profile.uk.listingRoot = "http://listings.ebay.co.uk/_test/hang";
+  config.profile.usa.listingRoot = "http://listings.ebay.com/_test/hang";
+  auto window = std::make_unique<CMainDialog>(config, nullptr, &m_browser);
+  window->show();
+  window->Start(false);
+  QElapsedTimer timer;
+  timer.start();
+  window->close();
+  window.reset();
+  EXPECT_LT(timer.elapsed(), 2000);
 }
 
 }  // namespace
