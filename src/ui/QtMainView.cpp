@@ -6,9 +6,9 @@
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QThread>
 
 #include "ui/ControlModels.h"
-#include "ui/GuiThread.h"
 #include "ui/Resources.h"
 
 namespace gavelscope::ui {
@@ -27,41 +27,60 @@ QString CssColour(std::uint32_t colour) {
 
 QtMainView::QtMainView(QWidget* window) : QObject(window), m_window(window) {}
 
+template <typename Work>
+void QtMainView::Apply(Work work) {
+  // Operations reach the widgets in the order they were issued: one issued on the window's thread
+  // while operations from workers still wait in the queue waits behind them, so a refresh's green bar
+  // is never painted over by the red of the run it replaced.
+  if (QThread::currentThread() == thread() && m_queued.load() == 0) {
+    work();
+    return;
+  }
+  ++m_queued;
+  QMetaObject::invokeMethod(
+      this,
+      [this, work = std::move(work)]() mutable {
+        --m_queued;
+        work();
+      },
+      Qt::QueuedConnection);
+}
+
 QProgressBar* QtMainView::Progress() const {
   return qobject_cast<QProgressBar*>(m_views[static_cast<std::size_t>(app::ViewId::Progress)]);
 }
 
 void QtMainView::ShowView(app::ViewId view, bool visible) {
-  OnGuiThread(this, [this, view, visible] {
+  Apply([this, view, visible] {
     if (QWidget* widget = m_views[static_cast<std::size_t>(view)]) widget->setVisible(visible);
   });
 }
 
 void QtMainView::SetEditText(app::ViewId edit, const std::string& text) {
-  OnGuiThread(this, [this, edit, text] {
+  Apply([this, edit, text] {
     if (auto* line = qobject_cast<QLineEdit*>(m_views[static_cast<std::size_t>(edit)]))
       line->setText(FromPageText(text));
   });
 }
 
 void QtMainView::SetProgressRange(int low, int high) {
-  OnGuiThread(this, [this, low, high] {
+  Apply([this, low, high] {
     if (QProgressBar* bar = Progress()) bar->setRange(low, high);
   });
 }
 
 void QtMainView::SetProgressStep(int step) {
-  OnGuiThread(this, [this, step] { m_progressStep = step; });
+  Apply([this, step] { m_progressStep = step; });
 }
 
 void QtMainView::SetProgressPos(int pos) {
-  OnGuiThread(this, [this, pos] {
+  Apply([this, pos] {
     if (QProgressBar* bar = Progress()) bar->setValue(pos);
   });
 }
 
 void QtMainView::StepProgress() {
-  OnGuiThread(this, [this] {
+  Apply([this] {
     QProgressBar* bar = Progress();
     if (bar == nullptr) return;
     // Past the end the bar starts again from its beginning.
@@ -71,7 +90,7 @@ void QtMainView::StepProgress() {
 }
 
 void QtMainView::SetProgressBarColour(std::uint32_t colour) {
-  OnGuiThread(this, [this, colour] {
+  Apply([this, colour] {
     m_barColour = colour;
     ApplyProgressColours();
     if (colour == app::kColourLoaded && m_onRunComplete) m_onRunComplete();
@@ -79,7 +98,7 @@ void QtMainView::SetProgressBarColour(std::uint32_t colour) {
 }
 
 void QtMainView::SetProgressBackColour(std::uint32_t colour) {
-  OnGuiThread(this, [this, colour] {
+  Apply([this, colour] {
     m_backColour = colour;
     ApplyProgressColours();
   });
@@ -94,19 +113,19 @@ void QtMainView::ApplyProgressColours() {
 }
 
 void QtMainView::BeginWaitCursor() {
-  OnGuiThread(this, [this] {
+  Apply([this] {
     if (m_waitCursor++ == 0) QApplication::setOverrideCursor(Qt::WaitCursor);
   });
 }
 
 void QtMainView::EndWaitCursor() {
-  OnGuiThread(this, [this] {
+  Apply([this] {
     if (m_waitCursor > 0 && --m_waitCursor == 0) QApplication::restoreOverrideCursor();
   });
 }
 
 void QtMainView::SetStopButtonBitmap(int bitmap) {
-  OnGuiThread(this, [this, bitmap] {
+  Apply([this, bitmap] {
     m_stopBitmap = bitmap;
     if (auto* button = qobject_cast<QPushButton*>(m_views[static_cast<std::size_t>(app::ViewId::StopQueryButton)])) {
       button->setIcon(QIcon(PicturePath(bitmap == app::kBitmapQueryRunning ? QStringLiteral("stop-active.png")
@@ -116,11 +135,11 @@ void QtMainView::SetStopButtonBitmap(int bitmap) {
 }
 
 void QtMainView::ShowWindow() {
-  OnGuiThread(this, [this] { m_window->show(); });
+  Apply([this] { m_window->show(); });
 }
 
 void QtMainView::RepaintNow() {
-  OnGuiThread(this, [this] { m_window->update(); });
+  Apply([this] { m_window->update(); });
 }
 
 }  // namespace gavelscope::ui

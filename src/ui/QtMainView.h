@@ -6,6 +6,7 @@
 #include <QWidget>
 
 #include <array>
+#include <atomic>
 #include <functional>
 
 #include "app/MainView.h"
@@ -16,8 +17,8 @@ class QPushButton;
 
 namespace gavelscope::ui {
 
-// The controller's view operations on the window's widgets. Any thread may call; the change is
-// made on the window's thread.
+// The controller's view operations on the window's widgets. Any thread may call; the change is made
+// on the window's thread, in the order the operations were issued.
 class QtMainView : public QObject, public app::IMainView {
  public:
   explicit QtMainView(QWidget* window);
@@ -45,6 +46,8 @@ class QtMainView : public QObject, public app::IMainView {
   std::uint32_t barColour() const { return m_barColour; }
 
  private:
+  template <typename Work>
+  void Apply(Work work);
   QProgressBar* Progress() const;
   void ApplyProgressColours();
 
@@ -56,6 +59,7 @@ class QtMainView : public QObject, public app::IMainView {
   std::uint32_t m_barColour = 0;
   std::uint32_t m_backColour = 0xFFFFFF;
   std::function<void()> m_onRunComplete;
+  std::atomic<int> m_queued{0};
 };
 
 }  // namespace gavelscope::ui

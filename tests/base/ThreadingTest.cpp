@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <chrono>
 
 #include "base/ReadinessEvent.h"
 #include "base/ThreadOwner.h"
@@ -25,15 +24,6 @@ TEST(ThreadOwner, StopWakesWaitersAndJoinsThem) {
   EXPECT_EQ(owner.RunningCount(), 0U);
   // Nothing new starts once the owner has shut down.
   EXPECT_FALSE(owner.Start([](std::stop_token) {}));
-}
-
-TEST(ReadinessEventTest, WaitForEndsWhenSetOrAtItsLimit) {
-  ReadinessEvent event;
-  EXPECT_FALSE(event.WaitFor(std::chrono::milliseconds(1)));
-  event.Set();
-  EXPECT_TRUE(event.WaitFor(std::chrono::milliseconds(0)));
-  event.Reset();
-  EXPECT_FALSE(event.IsSet());
 }
 
 }  // namespace

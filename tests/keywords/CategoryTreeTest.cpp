@@ -155,11 +155,6 @@ TEST_F(CategoryTreeTest, FreeingForgetsItemsAndTheirAttributes) {
   EXPECT_FALSE(m_tree.GetItemBold(plain));
 }
 
-TEST(SearchingMarker, SplitsTheNameFromTheMarker) {
-  EXPECT_EQ(SearchingMarkerAt("Antiques  -  Searching"), 8U);
-  EXPECT_EQ(SearchingMarkerAt("Antiques - Searching"), std::string_view::npos);
-}
-
 using KeywordListTest = CategoryTreeTest;
 
 TEST_F(KeywordListTest, TheMarkedRowOpensItsSearchPageAsItIsOrInEachSortOrder) {

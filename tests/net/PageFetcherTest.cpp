@@ -77,17 +77,5 @@ TEST_F(PageFetcher, APageOverTheLimitOrTheDeadlineFailsWithWhatArrived) {
   EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(3));
 }
 
-TEST_F(PageFetcher, ConcurrentFetchesOnOneSessionEachGetTheirPage) {
-  SharedSession shared(SandboxNetOptions());
-  std::string uk;
-  std::string usa;
-  {
-    std::jthread first([&] { uk = shared.GetPageText(TextUrl("listings.ebay.co.uk", "uk\npage"), {}); });
-    std::jthread second([&] { usa = shared.GetPageText(TextUrl("listings.ebay.com", "usa\npage"), {}); });
-  }
-  EXPECT_EQ(uk, "ukpage");
-  EXPECT_EQ(usa, "usapage");
-}
-
 }  // namespace
 }  // namespace gavelscope::net

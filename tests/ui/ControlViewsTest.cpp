@@ -5,6 +5,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <thread>
+
 #include "WindowTestSupport.h"
 
 namespace gavelscope::ui {
@@ -230,6 +232,16 @@ TEST_F(ControlViewsTest, AModelAnswersWithTheRowsItLastAnnouncedUntilItIsRefresh
   EXPECT_EQ(model.data(model.index(0, 0)).toString(), "");
   model.Refresh();
   EXPECT_EQ(model.rowCount(), 0);
+}
+
+TEST_F(ControlViewsTest, ViewOperationsReachTheWindowInTheOrderTheyWereIssued) {
+  // A stopped run's last worker turns the bar red; the refresh then turns it green on the window's
+  // thread before the red has been painted.
+  QtMainView& view = m_window.mainView();
+  std::thread([&view] { view.SetProgressBarColour(app::kColourLoaded); }).join();
+  view.SetProgressBarColour(app::kColourLoading);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(view.barColour(), app::kColourLoading);
 }
 
 }  // namespace

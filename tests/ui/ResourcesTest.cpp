@@ -55,20 +55,5 @@ TEST_F(ResourcesTest, EveryPictureIsFoundAtItsSizeAndEveryAnimationPlaysAllItsTi
   }
 }
 
-TEST_F(ResourcesTest, PrefersTheBuildFolderThenTheInstalledFolderThenNothing) {
-  const std::string name = "ResourcesTest-probe.png";
-  const std::filesystem::path program = QCoreApplication::applicationDirPath().toStdString();
-  const std::filesystem::path share = program.parent_path() / "share";
-  ASSERT_FALSE(std::filesystem::exists(share)) << "the test makes and removes " << share;
-  EXPECT_TRUE(PicturePath(QString::fromStdString(name)).isEmpty());
-  for (const std::filesystem::path& folder : {share / "gavelscope", program / "resources"}) {
-    std::filesystem::create_directories(folder);
-    testing::WriteFileBytes(folder / name, "probe");
-    EXPECT_EQ(PicturePath(QString::fromStdString(name)).toStdString(), (folder / name).string());
-  }
-  std::filesystem::remove_all(share);
-  std::filesystem::remove(program / "resources" / name);
-}
-
 }  // namespace
 }  // namespace gavelscope::ui
