@@ -367,7 +367,8 @@ UK = Site(1, "UK", "ebay.co.uk", "\u00a3")
 class KeywordLine:
     """One "~KEYWORD~" line of a list file."""
     keywords: tuple      # the well-formed pairs, in rank order
-    dangling: str = ""   # a last keyword whose pair lacks its closing separator: readers drop it
+    dangling: str = ""   # a last keyword whose pair lacks its closing separator: readers keep it
+                         # with an empty search link
 
 
 # Sub-categories whose keyword lines a reader of the list file has to get through, by (category,
@@ -378,7 +379,7 @@ ODD_KEYWORD_LINES = {
     (1, 0): NONE_KNOWN,     # the first sub-category of a category, with no known keywords
     (2, 3): DANGLING,       # the last pair lacks its closing separator
     (3, 1): REPLACED,       # two keyword lines: the second one counts
-    (4, 2): LONE_DANGLING,  # a lone unfinished pair: an empty keyword array
+    (4, 2): LONE_DANGLING,  # a lone unfinished pair: one keyword without a search link
 }
 
 
@@ -395,12 +396,15 @@ class SubCategory:
     @functools.cached_property
     def listed(self) -> tuple | None:
         """The keyword array a reader of the list file ends with; None without a keyword line."""
-        return self.lines[-1].keywords if self.lines else None
+        if not self.lines:
+            return None
+        last = self.lines[-1]
+        return last.keywords + ((last.dangling,) if last.dangling else ())
 
     @functools.cached_property
     def keywords(self) -> tuple:
         """Its known keywords in rank order, which item titles are made of."""
-        return tuple(kw for kw in self.listed or () if kw != NO_KNOWN_KEYWORDS)
+        return tuple(kw for kw in self.lines[-1].keywords if kw != NO_KNOWN_KEYWORDS) if self.lines else ()
 
     @property
     def ident(self) -> int:

@@ -69,13 +69,15 @@ LineEffect ParseCategoryLine(CCategoryTree& tree, std::string_view line, Categor
     while (q != -1 && array->size() < net::limits::kMaxKeywordsPerItem &&
            state.keywords < net::limits::kMaxCatalogueKeywords) {
       const int r = Find(line, kSeparator, q + kSeparatorLength);
-      if (r == -1) break;
       auto record = std::make_shared<CKeyWordRecord>();
       record->SetListingLink(state.link);
       record->SetKeyword(ExtractBetween(line, start, q));
       record->SetSearchLink(ExtractBetween(line, q + kSeparatorLength, r));
       array->push_back(std::move(record));
       ++state.keywords;
+      // A pair without its closing separator is the line's last: its keyword stays, with no search
+      // link, and the scan must not start again from near the line's beginning.
+      if (r == -1) break;
       start = r + kSeparatorLength;
       q = Find(line, kSeparator, start);
     }

@@ -86,10 +86,12 @@ TEST(Cli, SandboxOptionRunsCommandsWhoseExportsGoToStdoutOrAFile) {
   const Outcome categories = RunCommand({"--sandbox", "categories", "--site", "usa"});
   ASSERT_EQ(categories.status, kExitOk) << categories.err;
   EXPECT_TRUE(categories.out.starts_with("Antiques\t/Antiques_W0QQsacatZ1000/list\n")) << categories.out;
-  std::vector<std::string> args{"--sandbox", "keywords", "--site", "usa", "--item", "Antiques"};
+  // The stand-in's list ends this sub-category's line with a pair that lacks its closing separator.
+  std::vector<std::string> args{"--sandbox", "keywords", "--site", "usa", "--item", "Diapering"};
   const Outcome item = RunCommand(args);
   ASSERT_EQ(item.status, kExitOk) << item.err;
   EXPECT_NE(item.out.find("\thttp://search.ebay.com/"), std::string::npos) << item.out;
+  EXPECT_TRUE(item.out.ends_with("\nsmall leica\t\n")) << item.out;
   args.back() = "No Such Category";
   EXPECT_EQ(RunCommand(args).status, kExitFailure);
 

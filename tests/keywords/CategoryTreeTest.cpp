@@ -71,9 +71,9 @@ TEST_F(CategoryListTest, MissingSeparatorsGiveEmptyFieldsAndANewKeywordLineRepla
   EXPECT_TRUE(ParseCategoryLine(m_tree, "~CAT~Broken", m_state).category);
   EXPECT_EQ(m_tree.GetItemText(Root(1)), "");
   EXPECT_EQ(m_state.link, "");
-  // A pair without its closing separator ends the line.
+  // A pair without its closing separator is the line's last, kept with no search link.
   Load({"~KEYWORD~one~|~S1~|~two~|~S2"}, true);
-  EXPECT_EQ(Records(Root(1)), (std::vector<R>{{"", "S1", "one"}}));
+  EXPECT_EQ(Records(Root(1)), (std::vector<R>{{"", "S1", "one"}, {"", "", "two"}}));
   std::weak_ptr<const KeywordArray> first = m_tree.GetItemData(Root(1));
   Load({"~KEYWORD~lonely"}, true);
   EXPECT_TRUE(first.expired());
@@ -98,7 +98,7 @@ TEST_F(CategoryTreeTest, Top100TakesEachSubCategoryTopKeywordOnceUntilOneHasNone
         "~SUBCAT~~|~L4~|~",                                                     // no name: passed over
         "~SUBCAT~A5~|~L5~|~", "~KEYWORD~Lamp~|~S5~|~",                          // case counts
         "~CAT~B~|~LB~|~",                                                       // no sub-categories
-        "~CAT~C~|~LC~|~", "~SUBCAT~C1~|~L6~|~", "~KEYWORD~odd~|~S6",            // an empty array: skipped
+        "~CAT~C~|~LC~|~", "~SUBCAT~C1~|~L6~|~", "~KEYWORD~odd",                 // an empty array: skipped
         "~SUBCAT~C2~|~L7~|~", "~SUBCAT~C3~|~L8~|~", "~KEYWORD~never~|~S~|~"});  // no keywords: the walk ends
   m_tree.BuildTop100();
   EXPECT_EQ(Records(Root(0)), (std::vector<R>{{"L2", "S2", "lamp"}, {"L5", "S5", "Lamp"}}));
