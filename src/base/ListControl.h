@@ -105,11 +105,13 @@ class CListControl : public ObservableControl, public ISearchableList {
     std::lock_guard lock(m_mutex);
     return m_mark;
   }
-  // A click on a row moves the mark there; -1, or a row that does not exist, clears it.
+  // A click on a row moves the mark there; a click beside the rows (-1, or a row that does not
+  // exist) leaves it where it was, so the next search still starts after the user's row.
   void SetSelectionMark(int row) {
     {
       std::lock_guard lock(m_mutex);
-      m_mark = row >= 0 && static_cast<std::size_t>(row) < m_rows.size() ? row : -1;
+      if (row < 0 || static_cast<std::size_t>(row) >= m_rows.size()) return;
+      m_mark = row;
     }
     NotifyChanged();
   }

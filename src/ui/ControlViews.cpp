@@ -135,7 +135,7 @@ CategoryTreeView::CategoryTreeView(keywords::CCategoryTree& tree, CategoryTreeMo
 
 void CategoryTreeView::ShowControlSelection() {
   const QModelIndex index = m_model->IndexOf(m_tree.GetSelectedItem());
-  if (index == currentIndex()) return;
+  if (index == currentIndex() && (!index.isValid() || selectionModel()->isSelected(index))) return;
   if (index.isValid()) {
     selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
   } else {
@@ -153,12 +153,16 @@ void CategoryTreeView::mousePressEvent(QMouseEvent* event) {
   const QModelIndex hit = indexAt(event->position().toPoint());
   if (event->button() == Qt::LeftButton && hit.isValid() && hit == currentIndex()) {
     m_tree.OnItemClicked(CategoryTreeModel::ItemOf(hit));
+  } else if (!hit.isValid()) {
+    // Empty space selects nothing: the tree's own selection stays, and is shown again.
+    ShowControlSelection();
   }
 }
 
 void CategoryTreeView::mouseDoubleClickEvent(QMouseEvent* event) {
   QTreeView::mouseDoubleClickEvent(event);
-  if (event->button() == Qt::LeftButton && indexAt(event->position().toPoint()).isValid()) m_tree.OnDoubleClick();
+  // Anywhere in the tree, a double click opens the selected item's page.
+  if (event->button() == Qt::LeftButton) m_tree.OnDoubleClick();
 }
 
 void CategoryTreeView::keyPressEvent(QKeyEvent* event) {
@@ -245,7 +249,14 @@ void ControlListView::mousePressEvent(QMouseEvent* event) {
     return;
   }
   QTableView::mousePressEvent(event);
-  if (event->button() == Qt::LeftButton) MarkRow(indexAt(event->position().toPoint()).row());
+  if (event->button() != Qt::LeftButton) return;
+  // A click beside the rows leaves the mark, and the view shows it again.
+  const int row = indexAt(event->position().toPoint()).row();
+  if (row >= 0) {
+    MarkRow(row);
+  } else {
+    ShowControlSelection();
+  }
 }
 
 void ControlListView::mouseDoubleClickEvent(QMouseEvent* event) {

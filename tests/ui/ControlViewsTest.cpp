@@ -95,6 +95,10 @@ TEST_F(ControlViewsTest, TheTreeTakesClicksKeysAndMenusNeverExpandsOnADoubleClic
   // "Clocks" stays hidden, so the next item down is "Books".
   QTest::keyClick(&view, Qt::Key_Down);
   EXPECT_EQ(m_tree.GetSelectedItem(), books);
+  // Empty space keeps the selection in sight, and a double click there opens the selected item.
+  QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, QPoint(5, 290));
+  EXPECT_TRUE(view.selectionModel()->isSelected(m_treeModel.IndexOf(books)));
+  EXPECT_EQ(m_browser.Opened().size(), 2U);
 
   view.expandAll();
   EXPECT_EQ(view.MenuAt(QPoint(5, 290)), nullptr);
@@ -142,6 +146,11 @@ TEST_F(ControlViewsTest, KeywordAndAuctionListsShowMenusOnRowsOnlyAndIgnoreHeade
   QTest::mouseDClick(keywords.viewport(), Qt::LeftButton, {}, RowPoint(keywords, keywords.model()->index(0, 0)));
   EXPECT_EQ(m_browser.Opened(), (std::vector<std::string>{"http://search.ebay.com/mantelclock_W0QQsosortpropertyZ3",
                                                           "http://search.ebay.com/clock"}));
+  // A click beside the rows leaves the mark, so the search goes on after it.
+  QTest::mouseClick(keywords.viewport(), Qt::LeftButton, {}, QPoint(5, 290));
+  EXPECT_EQ(keywords.currentIndex().row(), 0);
+  m_keywords.FindNext("CLOCK");
+  EXPECT_EQ(m_keywords.SelectionMark(), 1);
 
   m_controller.AuctionList(Site::USA).InsertRow(0,
                                                 {"Clocks", "25", std::make_shared<auctions::CAuctionRecord>(kClocks)});
