@@ -101,12 +101,13 @@ void CLoadBannerThread::Run(std::stop_token stop) {
     for (const std::string& line : lines) {
       const std::optional<BannerEntry> entry = ParseBannerLine(line);
       if (!entry) continue;
+      m_sink.PublishLink(entry->link);
       // A picture that never arrives leaves the previous banner on show and passes its turn on.
       if (!DownloadPicture(entry->file, pictureTurns, stop)) {
         if (stop.stop_requested()) return;
         continue;
       }
-      m_sink.ShowBanner(m_localFile, entry->link);
+      m_sink.ShowBanner(m_localFile);
       shown = true;
       if (!WaitMinutes(entry->minutes, stop)) return;
     }

@@ -394,7 +394,11 @@ void CMainDialog::SwitchSite() {
   m_flagUK->Draw();
 }
 
-void CMainDialog::ShowBanner(const std::filesystem::path& picture, const std::string& link) {
+void CMainDialog::PublishLink(const std::string& link) {
+  OnGuiThread(this, [this, link] { m_strBannerLink = link; });
+}
+
+void CMainDialog::ShowBanner(const std::filesystem::path& picture) {
   // Read here: the next banner overwrites the file while the window may not have shown this one.
   std::string bytes;
   if (std::FILE* file = std::fopen(picture.c_str(), "rb")) {
@@ -404,20 +408,19 @@ void CMainDialog::ShowBanner(const std::filesystem::path& picture, const std::st
   }
   DecodedPicture decoded = CAnimatedPicture::Decode(bytes, m_bannerStop.get_token());
   if (m_bannerStop.stop_requested()) return;
-  OnGuiThread(this, [this, decoded = std::move(decoded), link] { ShowBannerPicture(decoded, link); });
+  OnGuiThread(this, [this, decoded = std::move(decoded)] { ShowBannerPicture(decoded); });
 }
 
-void CMainDialog::ShowBannerPicture(const DecodedPicture& picture, const std::string& link) {
+void CMainDialog::ShowBannerPicture(const DecodedPicture& picture) {
   m_banner->Stop();
   // A picture that cannot be shown leaves the place empty for its time, with no box of an earlier
-  // banner's size; its link still counts.
+  // banner's size; its link, published before the download, still counts.
   const bool loaded = m_banner->Install(picture);
   if (loaded) m_banner->Draw();
   const QSize size = loaded ? m_banner->GetSize() : QSize(0, 0);
   m_banner->setFixedSize(size);
   // The banner's top right corner sits at the client area's top right corner.
   m_banner->setGeometry(kClientWidth - size.width(), 0, size.width(), size.height());
-  m_strBannerLink = link;
   if (m_bannerShown) m_bannerShown();
 }
 

@@ -57,14 +57,14 @@ class CMainDialog : public CTrayDialog, private banner::IBannerSink {
   void OnClick(QPoint point);
   // What the tray menu's View and Exit items do.
   void ViewFromTray(app::Tab tab);
-  void SetBannerLink(std::string link) { m_strBannerLink = std::move(link); }
   const std::string& bannerLink() const { return m_strBannerLink; }
   // Called on the window's thread after each banner has been put up.
   void SetBannerShownHandler(std::function<void()> handler) { m_bannerShown = std::move(handler); }
   // The banner rotation's sink, called on its thread: the picture is read and decoded there, so a
   // banner of many frames never holds the window up, and only the decoded result is posted to the
   // window's thread.
-  void ShowBanner(const std::filesystem::path& picture, const std::string& link) override;
+  void PublishLink(const std::string& link) override;
+  void ShowBanner(const std::filesystem::path& picture) override;
   // The query tab's question, then the query dialog; true when a new query was started.
   bool AskForNewQuery();
   // Replaces the modal query dialog (tests answer it themselves); returns whether it started a run.
@@ -104,7 +104,7 @@ class CMainDialog : public CTrayDialog, private banner::IBannerSink {
   void SwitchSite();
   void UpdateCursor(QPoint point);
   void PaintFace(QPainter& painter) const;
-  void ShowBannerPicture(const DecodedPicture& picture, const std::string& link);
+  void ShowBannerPicture(const DecodedPicture& picture);
 
   base::IUserMessages* m_messages;
   QtMainView* m_view;

@@ -33,9 +33,13 @@ struct Shown {
 
 class RecordingSink : public IBannerSink {
  public:
-  void ShowBanner(const std::filesystem::path& picture, const std::string& link) override {
+  void PublishLink(const std::string& link) override {
+    std::lock_guard lock(m_mutex);
+    m_links.push_back(link);
+  }
+  void ShowBanner(const std::filesystem::path& picture) override {
     std::unique_lock lock(m_mutex);
-    m_shown.push_back({link, testing::ReadFileBytes(picture), picture, Clock::now()});
+    m_shown.push_back({m_links.back(), testing::ReadFileBytes(picture), picture, Clock::now()});
     const std::size_t count = m_shown.size();
     lock.unlock();
     if (onShow) onShow(count);  // on the banner thread, so the rotation goes on only after it
@@ -51,6 +55,10 @@ class RecordingSink : public IBannerSink {
     std::lock_guard lock(m_mutex);
     return m_shown;
   }
+  std::vector<std::string> links() {
+    std::lock_guard lock(m_mutex);
+    return m_links;
+  }
 
   std::function<void(std::size_t)> onShow;
 
@@ -58,6 +66,7 @@ class RecordingSink : public IBannerSink {
   std::mutex m_mutex;
   std::condition_variable m_changed;
   std::vector<Shown> m_shown;
+  std::vector<std::string> m_links;
 };
 
 class LoadBannerTest : public testing::SandboxTest {
@@ -143,6 +152,9 @@ TEST_F(LoadBannerTest, AMissingPictureIsTriedABoundedNumberOfTimesWithAPauseBetw
   rotation->Stop();
   const std::vector<Shown> shown = m_sink.shown();
   EXPECT_EQ(shown[0].link + shown[1].link, "L2L2");
+  // Each link is published before its picture is asked for, so a click while the download fails
+  // opens the new banner's page.
+  EXPECT_EQ(m_sink.links().at(0), "L1");
   // Three attempts, two pauses between them.
   EXPECT_GE(shown[0].at - started, 50ms);
 }

@@ -228,7 +228,10 @@ TEST_F(IdleWindowTest, ABannerOverThePictureLimitsCostsLittleAndLeavesItsPlaceEm
     const std::string link = "L" + std::to_string(shown + 1);
     const long before = PeakKiB(true);
     // Decoded on a thread of its own, as the rotation calls it, then put up on the window's thread.
-    std::thread([&] { m_window.ShowBanner(refused ? m_folder / "absurd.gif" : kLoopGif, link); }).join();
+    std::thread([&] {
+      m_window.PublishLink(link);
+      m_window.ShowBanner(refused ? m_folder / "absurd.gif" : kLoopGif);
+    }).join();
     ASSERT_TRUE(ProcessEventsUntil([&] { return "L" + std::to_string(shown) == link; }));
     if (before >= 0) {
       EXPECT_LT(PeakKiB(false) - before, 16 * 1024) << link;
