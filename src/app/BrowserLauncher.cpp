@@ -84,7 +84,8 @@ void CBrowserLauncher::BrowserThreadProc(const std::string& url, std::stop_token
   }
   if (!started)
     m_messages.Show(
-        base::UserMessage{base::text::kBrowserFailed, base::text::kApplicationName, base::MessageButtons::Ok, false});
+        base::UserMessage{base::text::kBrowserFailed, base::text::kApplicationName, base::MessageButtons::Ok, false,
+                          base::MessageKind::Error});
 }
 
 }  // namespace gavelscope::app

@@ -76,7 +76,8 @@ bool CMainCommands::SelectSite(Site site) {
 
 void CMainCommands::SearchView(std::string_view word) {
   if (word.empty()) {
-    m_messages.Show(base::UserMessage{"Please Input A Search Word !", base::text::kMessageTitle});
+    m_messages.Show(base::UserMessage{"Please Input A Search Word !", base::text::kMessageTitle, base::MessageButtons::Ok, true,
+                                      base::MessageKind::Warning});
     return;
   }
   VisibleLists().search->FindNext(word);
@@ -102,7 +103,8 @@ base::Outcome CMainCommands::ExportView(const std::filesystem::path& file) {
   const base::Outcome written = VisibleLists().exported->Export(file);
   if (!written) {
     m_messages.Show(
-        base::UserMessage{"Cannot create the file " + file.string() + "\n" + written.error, base::text::kMessageTitle});
+        base::UserMessage{"Cannot create the file " + file.string() + "\n" + written.error, base::text::kMessageTitle,
+                          base::MessageButtons::Ok, true, base::MessageKind::Error});
   }
   return written;
 }
@@ -111,7 +113,8 @@ bool CMainCommands::StartQuery(const query::QuerySpec& query) {
   // The list is emptied even for a query that cannot start: the dialog asks again, on an empty list.
   m_controller.QueryResults().Clear();
   if (query.categories.empty()) {
-    m_messages.Show(base::UserMessage{"Please enter at least one category.", base::text::kMessageTitle});
+    m_messages.Show(base::UserMessage{"Please enter at least one category.", base::text::kMessageTitle,
+                                      base::MessageButtons::Ok, true, base::MessageKind::Warning});
     return false;
   }
   m_controller.StartQuery(query);
@@ -120,7 +123,8 @@ bool CMainCommands::StartQuery(const query::QuerySpec& query) {
 
 void CMainCommands::StopQuery() {
   if (!m_controller.IsQueryRunning()) {
-    m_messages.Show(base::UserMessage{"There is no hot item query process to stop", "Gavelscope Error"});
+    m_messages.Show(base::UserMessage{"There is no hot item query process to stop", "Gavelscope Error",
+                                      base::MessageButtons::Ok, true, base::MessageKind::Error});
     return;
   }
   // Clearing the flag is the stop: the run and its jobs end when they next look at it.

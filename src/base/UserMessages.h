@@ -10,12 +10,15 @@ namespace gavelscope::base {
 
 enum class MessageButtons { Ok, YesNo };
 enum class MessageReply { Ok, Yes, No };
+// What the box's icon tells at a glance; a Yes/No box always asks.
+enum class MessageKind { Information, Warning, Error };
 
 struct UserMessage {
   std::string text;
   std::string title;
   MessageButtons buttons = MessageButtons::Ok;
   bool systemModal = true;
+  MessageKind kind = MessageKind::Information;
 };
 
 // A file the user is asked to choose: the dialog's title, its one filter ("Text File (*.txt)") and

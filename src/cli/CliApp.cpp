@@ -165,7 +165,8 @@ int RunCli(const std::vector<std::string>& args, const CliEnvironment& environme
   const std::stop_token stop = environment.stop;
   if (!setup.ProbeConnectivity(stop)) {
     if (stop.stop_requested()) return kExitFailure;
-    messages.Show(base::UserMessage{base::text::kNoInternet, base::text::kApplicationName});
+    messages.Show(base::UserMessage{base::text::kNoInternet, base::text::kApplicationName, base::MessageButtons::Ok, true,
+                                   base::MessageKind::Error});
     return kExitFailure;
   }
   RunFolder folder;

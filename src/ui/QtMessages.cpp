@@ -13,10 +13,18 @@ namespace gavelscope::ui {
 
 namespace {
 
+QMessageBox::Icon IconOf(const base::UserMessage& message) {
+  if (message.buttons == base::MessageButtons::YesNo) return QMessageBox::Question;
+  switch (message.kind) {
+    case base::MessageKind::Warning: return QMessageBox::Warning;
+    case base::MessageKind::Error: return QMessageBox::Critical;
+    case base::MessageKind::Information: break;
+  }
+  return QMessageBox::Information;
+}
+
 base::MessageReply Ask(QWidget* parent, const base::UserMessage& message) {
-  QMessageBox box(
-      message.buttons == base::MessageButtons::YesNo ? QMessageBox::Question : QMessageBox::Information,
-      FromPageText(message.title), FromPageText(message.text),
+  QMessageBox box(IconOf(message), FromPageText(message.title), FromPageText(message.text),
       message.buttons == base::MessageButtons::YesNo ? (QMessageBox::Yes | QMessageBox::No) : QMessageBox::Ok, parent);
   if (message.systemModal) box.setWindowModality(Qt::ApplicationModal);
   const int pressed = box.exec();

@@ -399,7 +399,7 @@ bool CQueryDialog::ExchangeIn() {
     text += ": please enter a whole number";
     if (field.ranged) text += " from " + std::to_string(field.low) + " to " + std::to_string(field.high);
     text += '.';
-    m_messages.Show(base::UserMessage{text, base::text::kMessageTitle});
+    m_messages.Show(base::UserMessage{text, base::text::kMessageTitle, base::MessageButtons::Ok, true, base::MessageKind::Warning});
     source->setFocus();
     source->selectAll();
     return false;
@@ -528,7 +528,7 @@ void CQueryDialog::SaveQuery() {
   ExchangeIn();
   const base::Outcome saved = query::SaveQueryFile(*file, CollectQuery());
   ShowMembers();
-  if (!saved) m_messages.Show(base::UserMessage{"Cannot Save To File : " + FullPath(*file), kErrorTitle});
+  if (!saved) m_messages.Show(base::UserMessage{"Cannot Save To File : " + FullPath(*file), kErrorTitle, base::MessageButtons::Ok, true, base::MessageKind::Error});
 }
 
 void CQueryDialog::LoadQuery() {
@@ -538,7 +538,7 @@ void CQueryDialog::LoadQuery() {
   ExchangeIn();
   query::QuerySpec loaded;
   if (!query::LoadQueryFile(*file, loaded)) {
-    m_messages.Show(base::UserMessage{"Cannot Load File : " + FullPath(*file), kErrorTitle});
+    m_messages.Show(base::UserMessage{"Cannot Load File : " + FullPath(*file), kErrorTitle, base::MessageButtons::Ok, true, base::MessageKind::Error});
     return;
   }
   ApplyQuery(loaded);

@@ -6,6 +6,7 @@
 #include <QImageReader>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
 
@@ -16,6 +17,7 @@
 #include "WindowTestSupport.h"
 #include "ui/AboutDialog.h"
 #include "ui/AnimatedPicture.h"
+#include "ui/QtMessages.h"
 
 namespace gavelscope::ui {
 namespace {
@@ -241,6 +243,30 @@ TEST_F(IdleWindowTest, ABannerOverThePictureLimitsCostsLittleAndLeavesItsPlaceEm
     EXPECT_EQ(m_window.banner()->frameCount(), refused ? 0U : 4U) << link;
     EXPECT_EQ(m_window.banner()->isPlaying(), !refused) << link;
     EXPECT_EQ(m_window.bannerLink(), link);
+  }
+}
+
+TEST_F(IdleWindowTest, MessageBoxesShowTheIconOfWhatTheyTell) {
+  using base::MessageButtons;
+  using base::MessageKind;
+  const std::pair<base::UserMessage, QMessageBox::Icon> boxes[] = {
+      {{"Item Not Found !", "Gavelscope"}, QMessageBox::Information},
+      {{"Please Input A Search Word !", "Gavelscope", MessageButtons::Ok, true, MessageKind::Warning},
+       QMessageBox::Warning},
+      {{"Cannot Load File : x", "Gavelscope Error !", MessageButtons::Ok, true, MessageKind::Error},
+       QMessageBox::Critical},
+      {{"Are you sure?", "Warning", MessageButtons::YesNo, true, MessageKind::Warning}, QMessageBox::Question}};
+  QtMessages messages(&m_window);
+  for (const auto& [message, icon] : boxes) {
+    QMessageBox::Icon shown = QMessageBox::NoIcon;
+    QTimer::singleShot(0, [&shown] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      if (box == nullptr) return;
+      shown = box->icon();
+      box->done(0);
+    });
+    messages.Show(message);
+    EXPECT_EQ(shown, icon) << message.text;
   }
 }
 
