@@ -330,14 +330,8 @@ bool CMainDialog::AskForNewQuery() {
   // A running query is stopped, and said so, before the new one is defined.
   if (m_controller->IsQueryRunning()) m_commands->StopQuery();
   const bool started = m_queryDialog ? m_queryDialog() : [this] {
-    const app::CRunController& controller = *m_controller;
-    const auto names = [&controller](Site site) {
-      // The names are written once, before the Site's event is set; until then there are none.
-      const sites::SiteCategories& categories = controller.Categories(site);
-      return categories.ready.IsSet() ? categories.arrCategoryNames : std::vector<std::string>();
-    };
     CQueryDialog dialog(
-        controller.config().profile, names,
+        m_controller->config().profile, KnownCategoryNames(*m_controller),
         [this](const query::QuerySpec& query) { return m_commands->StartQuery(query); }, *m_messages, this);
     return dialog.exec() == QDialog::Accepted;
   }();

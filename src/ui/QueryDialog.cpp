@@ -189,6 +189,11 @@ CQueryDialog::CQueryDialog(const sites::Profile& profile, CategoryNames category
   for (std::size_t i = 0; i < m_filters.size(); ++i) MakeFilterGroup(i);
   MakeLowerControls();
 
+  // A dialog opened during start-up shows the categories as soon as the Site's home page is read.
+  m_categoriesPending.setInterval(200);
+  connect(&m_categoriesPending, &QTimer::timeout, this, [this] {
+    if (m_categoryNames(m_listedSite)) FillCategoryList(m_listedSite);
+  });
   // The opening state: every filter on "greater (more) than", sorted by date ended, ascending, on
   // the USA Site.
   FillCategoryList(sites::Site::USA);
@@ -378,7 +383,14 @@ void CQueryDialog::OnCountry(sites::Site site) {
 
 void CQueryDialog::FillCategoryList(sites::Site site) {
   m_categories->clear();
-  for (const std::string& name : m_categoryNames(site)) {
+  m_listedSite = site;
+  const std::optional<std::vector<std::string>> names = m_categoryNames(site);
+  if (!names) {
+    m_categoriesPending.start();
+    return;
+  }
+  m_categoriesPending.stop();
+  for (const std::string& name : *names) {
     auto* item = new QListWidgetItem(FromPageText(name), m_categories);
     // The bytes themselves, so that a name goes back to the query exactly as the site wrote it.
     item->setData(Qt::UserRole, QByteArray::fromStdString(name));
@@ -542,6 +554,15 @@ void CQueryDialog::LoadQuery() {
     return;
   }
   ApplyQuery(loaded);
+}
+
+CQueryDialog::CategoryNames KnownCategoryNames(const app::CRunController& controller) {
+  return [&controller](sites::Site site) -> std::optional<std::vector<std::string>> {
+    // The names are written once, before the Site's event is set.
+    const sites::SiteCategories& categories = controller.Categories(site);
+    if (!categories.ready.IsSet()) return std::nullopt;
+    return categories.arrCategoryNames;
+  };
 }
 
 }  // namespace gavelscope::ui

@@ -4,9 +4,11 @@
 
 #include <QDialog>
 #include <QString>
+#include <QTimer>
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -93,8 +95,8 @@ struct QueryMembers {
 // was started, closes with Accepted; Save Query and Load Query keep it in a query file.
 class CQueryDialog : public QDialog {
  public:
-  // The category names of a Site as its home page shows them; empty while they are not known.
-  using CategoryNames = std::function<std::vector<std::string>(sites::Site)>;
+  // The category names of a Site as its home page shows them; nothing while they are not known yet.
+  using CategoryNames = std::function<std::optional<std::vector<std::string>>(sites::Site)>;
   // Starts the query; false when it was not started, which keeps the dialog open.
   using Start = std::function<bool(const query::QuerySpec&)>;
 
@@ -135,6 +137,7 @@ class CQueryDialog : public QDialog {
   void OnTestRadio(FilterGroup& group, QRadioButton* clicked);
   void OnAnyRange(FilterGroup& group, bool checked);
   void OnCountry(sites::Site site);
+  // Fills the list with the Site's names; while they are not known, looks again until they are.
   void FillCategoryList(sites::Site site);
   // Reads the edits into the members with their checks. The first field that fails is reported
   // and ends the exchange there; the fields after it keep their earlier values.
@@ -155,6 +158,11 @@ class CQueryDialog : public QDialog {
   QCheckBox* m_ascending = nullptr;
   std::array<QLabel*, 2> m_currency{};
   QListWidget* m_categories = nullptr;
+  sites::Site m_listedSite = sites::Site::USA;
+  QTimer m_categoriesPending;
 };
+
+// The names of the Sites' categories once start-up has read them.
+CQueryDialog::CategoryNames KnownCategoryNames(const app::CRunController& controller);
 
 }  // namespace gavelscope::ui

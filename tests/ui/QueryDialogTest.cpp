@@ -35,12 +35,12 @@ class QueryDialogTest : public IdleWindowTest {
 
   // The dialog as the window opens it, with every query it hands on remembered.
   std::unique_ptr<CQueryDialog> Dialog() {
-    const auto names = [this](Site site) { return m_controller.Categories(site).arrCategoryNames; };
     const auto start = [this](const query::QuerySpec& query) {
       m_started.push_back(query);
       return m_window.commands().StartQuery(query);
     };
-    return std::make_unique<CQueryDialog>(m_controller.config().profile, names, start, m_messages);
+    return std::make_unique<CQueryDialog>(m_controller.config().profile, KnownCategoryNames(m_controller), start,
+                                          m_messages);
   }
 
   // Each control's objectName is its id.
@@ -108,6 +108,13 @@ TEST_F(QueryDialogTest, OpensOnGreaterThanFiltersSortedByDateEndedOnTheUSASiteAn
   EXPECT_EQ(dialog.CollectQuery().site, Site::UK);
   Click(dialog, {kInternational});
   EXPECT_EQ(labels(), "Art Dollars Dollars");
+}
+
+TEST_F(QueryDialogTest, AListOfCategoriesNotKnownYetFillsAsSoonAsTheyAre) {
+  Click(*m_dialog, {kUnitedKingdom});
+  EXPECT_EQ(m_dialog->categoryList()->count(), 0);
+  Know(Site::UK, {"Coins", "Stamps"});
+  EXPECT_TRUE(ProcessEventsUntil([this] { return m_dialog->categoryList()->count() == 2; }));
 }
 
 TEST_F(QueryDialogTest, TestRadiosEnableTheirEditsAndAnyRangeBoxesRestoreTheRadioTheyHid) {
