@@ -15,6 +15,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QRadioButton>
 
@@ -42,6 +43,26 @@ int Down(int units) {
 QRect Units(int x, int y, int width, int height) {
   return QRect(Across(x), Down(y), Across(width), Down(height));
 }
+
+// Radio buttons and check boxes with the dialog template's small marks and narrow gap: with the
+// platform style's roomier ones, the longest captions would run under the edits beside them.
+class TemplateButtonStyle : public QProxyStyle {
+ public:
+  int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+    switch (metric) {
+      case PM_ExclusiveIndicatorWidth:
+      case PM_ExclusiveIndicatorHeight:
+      case PM_IndicatorWidth:
+      case PM_IndicatorHeight:
+        return 13;
+      case PM_RadioButtonLabelSpacing:
+      case PM_CheckBoxLabelSpacing:
+        return 3;
+      default:
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+  }
+};
 
 // How each filter box looks: its place, its radios and edits, and what the greater and less edits
 // are counted in (price shows the Site's currency instead).
@@ -185,6 +206,8 @@ CQueryDialog::CQueryDialog(const sites::Profile& profile, CategoryNames category
   face.setPixelSize(11);
   setFont(face);
   setFixedSize(Across(444), Down(226));
+  m_buttonStyle = new TemplateButtonStyle;
+  m_buttonStyle->setParent(this);
 
   for (std::size_t i = 0; i < m_filters.size(); ++i) MakeFilterGroup(i);
   MakeLowerControls();
@@ -229,10 +252,12 @@ void CQueryDialog::MakeFilterGroup(std::size_t index) {
   for (std::size_t r = 0; r < 3; ++r) {
     const int y = 20 + 16 * static_cast<int>(r);
     auto* radio = new QRadioButton(QString::fromLatin1(layout.radioTexts[r]), this);
+    radio->setStyle(m_buttonStyle);
     radio->setObjectName(QString::number(layout.radioIds[r]));
     // Exclusivity is kept by hand: a box with "any range" checked must be able to show no radio.
     radio->setAutoExclusive(false);
-    radio->setGeometry(Units(x + 7, y, 54, 10));
+    // The caption may use the whole gap up to its edit.
+    radio->setGeometry(QRect(Across(x + 7), Down(y), Across(x + 62) - Across(x + 7), Down(10)));
     group.radios[r] = radio;
     connect(radio, &QRadioButton::clicked, this, [this, &group, radio] { OnTestRadio(group, radio); });
     if (r < 2) {
@@ -251,6 +276,7 @@ void CQueryDialog::MakeFilterGroup(std::size_t index) {
     }
   }
   group.any = new QCheckBox(QString::fromLatin1(layout.anyText), this);
+  group.any->setStyle(m_buttonStyle);
   group.any->setObjectName(QString::number(layout.anyId));
   group.any->setGeometry(Units(x + 7, 70, 100, 10));
   connect(group.any, &QCheckBox::clicked, this, [this, &group](bool checked) { OnAnyRange(group, checked); });
@@ -259,6 +285,7 @@ void CQueryDialog::MakeFilterGroup(std::size_t index) {
 void CQueryDialog::MakeLowerControls() {
   const auto makeRadio = [this](int id, const char* text, QRect place) {
     auto* radio = new QRadioButton(QString::fromLatin1(text), this);
+    radio->setStyle(m_buttonStyle);
     radio->setObjectName(QString::number(id));
     radio->setAutoExclusive(false);
     radio->setGeometry(place);
@@ -280,6 +307,7 @@ void CQueryDialog::MakeLowerControls() {
     connect(radio, &QRadioButton::clicked, this, [this, radio] { CheckOnly(m_sortRadios, radio); });
   }
   m_ascending = new QCheckBox(QStringLiteral("Ascending ?"), this);
+  m_ascending->setStyle(m_buttonStyle);
   m_ascending->setObjectName(QString::number(kAscending));
   m_ascending->setGeometry(Units(14, 138, 60, 10));
 

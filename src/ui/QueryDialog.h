@@ -160,6 +160,7 @@ class CQueryDialog : public QDialog {
   QListWidget* m_categories = nullptr;
   sites::Site m_listedSite = sites::Site::USA;
   QTimer m_categoriesPending;
+  QStyle* m_buttonStyle = nullptr;
 };
 
 // The names of the Sites' categories once start-up has read them.

@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QProcess>
+#include <QPushButton>
 
 #include <set>
 
@@ -115,6 +116,16 @@ TEST_F(QueryDialogTest, AListOfCategoriesNotKnownYetFillsAsSoonAsTheyAre) {
   EXPECT_EQ(m_dialog->categoryList()->count(), 0);
   Know(Site::UK, {"Coins", "Stamps"});
   EXPECT_TRUE(ProcessEventsUntil([this] { return m_dialog->categoryList()->count() == 2; }));
+}
+
+TEST_F(QueryDialogTest, NoCaptionIsCutOrCoveredByAnEdit) {
+  for (const QAbstractButton* caption : m_dialog->findChildren<QAbstractButton*>()) {
+    if (qobject_cast<const QPushButton*>(caption) != nullptr) continue;
+    EXPECT_LE(caption->sizeHint().width(), caption->width()) << caption->text().toStdString();
+    for (const QLineEdit* edit : m_dialog->findChildren<QLineEdit*>()) {
+      EXPECT_FALSE(caption->geometry().intersects(edit->geometry())) << caption->text().toStdString();
+    }
+  }
 }
 
 TEST_F(QueryDialogTest, TestRadiosEnableTheirEditsAndAnyRangeBoxesRestoreTheRadioTheyHid) {
