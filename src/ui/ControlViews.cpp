@@ -128,6 +128,11 @@ CategoryTreeView::CategoryTreeView(keywords::CCategoryTree& tree, CategoryTreeMo
   setFont(ViewFont());
   PaintWhite(*this);
   setItemDelegate(new CategoryItemDelegate(tree, this));
+  // Without the focus, the selected item is redrawn opaque over its whole row (every item has
+  // colours of its own), so no trace of the selection colour is left in its indentation.
+  QPalette unfocused = palette();
+  unfocused.setColor(QPalette::Inactive, QPalette::Highlight, unfocused.color(QPalette::Base));
+  setPalette(unfocused);
   // The control's selection also moves by a right click and by the window's commands.
   connect(model, &QAbstractItemModel::modelReset, this, &CategoryTreeView::ShowControlSelection);
   connect(model, &QAbstractItemModel::dataChanged, this, &CategoryTreeView::ShowControlSelection);
@@ -202,6 +207,13 @@ ControlListView::ControlListView(RowsModel* model, const std::vector<int>& width
     horizontalHeader()->setSectionsClickable(false);
   }
   horizontalHeader()->setSortIndicatorShown(false);
+  // The headers' face and 3D edges in the classic button colours, on which the sort triangle's
+  // highlight and shadow lines both stand out.
+  QPalette face = horizontalHeader()->palette();
+  face.setColor(QPalette::Button, QColor(0xD4, 0xD0, 0xC8));
+  face.setColor(QPalette::Light, Qt::white);
+  face.setColor(QPalette::Dark, QColor(0x80, 0x80, 0x80));
+  horizontalHeader()->setPalette(face);
   horizontalHeader()->setHighlightSections(false);
   horizontalHeader()->setDefaultAlignment(Qt::AlignCenter);
   verticalHeader()->hide();

@@ -49,7 +49,6 @@ constexpr FaceText kTabCaptions[] = {{156, 5, "Todays Keywords"},
                                      {155, 49, "Hot Item History"},
                                      {156, 71, "Hot Item Query"}};
 constexpr int kSeparatorsX[] = {221, 283, 342, 413};
-constexpr int kTabTops[] = {5, 27, 49, 71};
 // Tray menu positions of the four View items follow the tab order.
 constexpr int kFirstViewMenuItem = 2;
 
@@ -187,6 +186,9 @@ CMainDialog::~CMainDialog() {
 
 void CMainDialog::Attach(ViewId id, QWidget* widget) {
   m_viewWidgets[static_cast<std::size_t>(id)] = widget;
+  // The face's hand cursor belongs to its regions and pictures: a view never inherits it, however
+  // fast the mouse leaves a tab for the view.
+  if (qobject_cast<QLineEdit*>(widget) == nullptr) widget->setCursor(Qt::ArrowCursor);
   m_view->Attach(id, widget);
 }
 
@@ -467,9 +469,13 @@ void CMainDialog::PaintFace(QPainter& painter) const {
     painter.drawLine(button.left(), 115, button.right(), 115);
   }
 
+  // Frames and fills are both fills of whole logical pixels, so they meet at every scale factor,
+  // where a line's rounding and a fill's rounding would part.
   const int selected = static_cast<int>(m_commands->tab());
   for (int tab = 0; tab < 4; ++tab) {
-    painter.fillRect(FaceRegionRect(static_cast<FaceRegion>(tab)), tab == selected ? kSelectedTabFill : Qt::white);
+    const QRect place = FaceRegionRect(static_cast<FaceRegion>(tab));
+    painter.fillRect(place, Qt::black);
+    painter.fillRect(place.adjusted(1, 1, -1, -1), tab == selected ? kSelectedTabFill : Qt::white);
   }
   if (m_commands->tab() == Tab::Query) {
     painter.setPen(Qt::white);
@@ -479,8 +485,6 @@ void CMainDialog::PaintFace(QPainter& painter) const {
 
   painter.setPen(Qt::black);
   for (const FaceText& caption : kTabCaptions) DrawFaceText(painter, caption.x, caption.y, caption.text);
-  painter.setBrush(Qt::NoBrush);
-  for (int top : kTabTops) painter.drawRect(QRect(148, top, 121, 17));
   for (int top : {23, 45, 67}) painter.fillRect(QRect(198, top, 20, 4), Qt::black);
 }
 

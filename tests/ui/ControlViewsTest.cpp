@@ -99,6 +99,13 @@ TEST_F(ControlViewsTest, TheTreeTakesClicksKeysAndMenusNeverExpandsOnADoubleClic
   QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, QPoint(5, 290));
   EXPECT_TRUE(view.selectionModel()->isSelected(m_treeModel.IndexOf(books)));
   EXPECT_EQ(m_browser.Opened().size(), 2U);
+  // Without the focus, the selected item's whole row is redrawn opaque: no selection colour stays.
+  view.clearFocus();
+  const QImage unfocused = view.viewport()->grab().toImage();
+  const QRect booksRow(0, view.visualRect(m_treeModel.IndexOf(books)).top(), unfocused.width(),
+                       view.visualRect(m_treeModel.IndexOf(books)).height());
+  const QColor highlight = view.palette().color(QPalette::Active, QPalette::Highlight);
+  EXPECT_EQ(CountPixels(unfocused, booksRow, [&](QColor c) { return c == highlight; }), 0);
 
   view.expandAll();
   EXPECT_EQ(view.MenuAt(QPoint(5, 290)), nullptr);
@@ -208,8 +215,20 @@ TEST_F(ControlViewsTest, ItemListMenuOpensPagesAndItsHeaderSortsUnderAnArrow) {
     }
     return 0;
   };
+  // The highlight lines of an arrow stand out on the face, which holds none of their colour.
+  const auto lightPixels = [&](int section) {
+    const int right = header->sectionViewportPosition(section) + header->sectionSize(section) - 2;
+    return CountPixels(header->viewport()->grab().toImage(),
+                       QRect(right - 3 * (header->height() / 4), 0, 3 * (header->height() / 4), header->height()),
+                       [&](QColor c) { return c.rgb() == header->palette().color(QPalette::Light).rgb(); });
+  };
   EXPECT_EQ(darkTopWidth(3), 0);
+  EXPECT_EQ(lightPixels(3), 0);
   click(3);
+  EXPECT_GT(lightPixels(3), header->height() / 4);
+  const QColor faceBesideArrow = header->viewport()->grab().toImage().pixelColor(
+      header->sectionViewportPosition(3) + 4, header->height() / 2);
+  EXPECT_GE(qGray(header->palette().color(QPalette::Light).rgb()) - qGray(faceBesideArrow.rgb()), 40);
   EXPECT_EQ(m_items.CellText(0, 3), "-");
   EXPECT_EQ(darkTopWidth(1), 0);
   EXPECT_TRUE(darkTopWidth(3) > 0 && darkTopWidth(3) <= 2);

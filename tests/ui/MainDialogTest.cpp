@@ -2,6 +2,7 @@
 // Copyright 2026 The Gavelscope developers
 #include "ui/MainDialog.h"
 
+#include <QAbstractScrollArea>
 #include <QApplication>
 #include <QImageReader>
 #include <QLineEdit>
@@ -66,8 +67,21 @@ TEST_F(IdleWindowTest, TabClicksShowTheirViewSetsAndTheFaceMarksTheTab) {
     EXPECT_EQ(face.size(), QSize(794, 593) * scale);
     for (int tab = 0; tab < 4; ++tab) {
       // Inside the frame, left of the caption.
-      const QPoint inside = FaceRegionRect(static_cast<FaceRegion>(tab)).topLeft() + QPoint(3, 3);
-      EXPECT_EQ(face.pixelColor(inside * scale), tab == static_cast<int>(region) ? QColor(255, 204, 0) : Qt::white);
+      const QRect place = FaceRegionRect(static_cast<FaceRegion>(tab));
+      const QPoint inside = place.topLeft() + QPoint(3, 3);
+      const QColor fill = tab == static_cast<int>(region) ? QColor(255, 204, 0) : Qt::white;
+      EXPECT_EQ(face.pixelColor(inside * scale), fill);
+      // The fill ends where the frame begins, on the right and at the bottom, at any scale: looked
+      // at from the corner below the caption.
+      const QPoint corner = (place.bottomRight() - QPoint(2, 2)) * scale;
+      ASSERT_EQ(face.pixelColor(corner), fill) << tab;
+      int x = corner.x();
+      while (face.pixelColor(x + 1, corner.y()) == fill) ++x;
+      int y = corner.y();
+      while (face.pixelColor(corner.x(), y + 1) == fill) ++y;
+      EXPECT_EQ(face.pixelColor(x + 1, corner.y()), Qt::black) << tab;
+      EXPECT_EQ(face.pixelColor(corner.x(), y + 1), Qt::black) << tab;
+      EXPECT_NEAR(x + 1, place.right() * scale, 1) << tab;
     }
     // "Searched :" and "Pages" stand beside the pages counter on the query tab only.
     for (const QRect label : {QRect(280, 555, 60, 17), QRect(420, 555, 40, 17)}) {
@@ -75,6 +89,15 @@ TEST_F(IdleWindowTest, TabClicksShowTheirViewSetsAndTheFaceMarksTheTab) {
       EXPECT_EQ(CountPixels(face, scaled, [](QColor c) { return c == Qt::white; }) > 20,
                 region == FaceRegion::TabQuery);
     }
+  }
+}
+
+TEST_F(IdleWindowTest, TheHandCursorStaysOnTheFaceAndNeverReachesTheViews) {
+  QTest::mouseMove(&m_window, FaceRegionRect(FaceRegion::TabKeywords).center());
+  EXPECT_EQ(m_window.cursor().shape(), Qt::PointingHandCursor);
+  for (ViewId id : {ViewId::TreeUSA, ViewId::KeywordsUSA, ViewId::HotItemsUK, ViewId::QueryResults}) {
+    const auto* view = static_cast<QAbstractScrollArea*>(m_window.view(id));
+    EXPECT_EQ(view->viewport()->cursor().shape(), Qt::ArrowCursor) << static_cast<int>(id);
   }
 }
 
