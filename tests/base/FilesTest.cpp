@@ -48,7 +48,8 @@ TEST(Files, RegularFilesAreReplacedWholeAndKeepTheirMode) {
   EXPECT_EQ(Names(folder), (std::set<std::string>{"new.txt", "notes.txt", "notes.txt.part"}));
 }
 
-TEST(Files, ALinkIsFollowedAndStaysALink) {
+// A link, a pipe or a device is written through, and stays what it was.
+TEST(Files, LinksPipesAndDevicesAreWrittenThrough) {
   TempFolder folder;
   std::filesystem::create_directory(folder / "real");
   WriteFileBytes(folder / "real" / "target.txt", "old");
@@ -59,10 +60,7 @@ TEST(Files, ALinkIsFollowedAndStaysALink) {
   EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.txt"));
   EXPECT_EQ(ReadFileBytes(folder / "real" / "target.txt"), "through the link");
   EXPECT_EQ(ReadFileBytes(folder / "real" / "absent.txt"), "created");
-}
 
-TEST(Files, PipesAndDevicesAreWrittenInPlace) {
-  TempFolder folder;
   const auto fifo = folder / "pipe";
   ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
   std::string received;
@@ -74,8 +72,7 @@ TEST(Files, PipesAndDevicesAreWrittenInPlace) {
 
   EXPECT_TRUE(WriteWholeFile("/dev/null", "gone"));
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
-  const base::Outcome full = WriteWholeFile("/dev/full", "no room");
-  EXPECT_EQ(full.error, "No space left on device");
+  EXPECT_EQ(WriteWholeFile("/dev/full", "no room").error, "No space left on device");
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
 }
 
@@ -94,8 +91,7 @@ TEST(Files, WhatCannotBeWrittenSaysWhyAndChangesNothing) {
 TEST(Files, ReadingTakesOnlyRegularFilesOfBoundedSize) {
   TempFolder folder;
   WriteFileBytes(folder / "small", "12345");
-  std::string bytes;
-  std::string error;
+  std::string bytes, error;
   EXPECT_TRUE(ReadWholeFile(folder / "small", 5, bytes, error));
   EXPECT_EQ(bytes, "12345");
   EXPECT_FALSE(ReadWholeFile(folder / "small", 4, bytes, error));
@@ -110,10 +106,7 @@ TEST(Files, LinesEndAtALineTooLong) {
   TempFolder folder;
   WriteFileBytes(folder / "lines", "one\r\ntwo\n" + std::string(50, 'x') + "\nafter\n");
   std::vector<std::string> lines;
-  const auto take = [&](std::string_view line) {
-    lines.emplace_back(line);
-    return true;
-  };
+  const auto take = [&](std::string_view line) { return lines.emplace_back(line), true; };
   EXPECT_FALSE(ReadLines(folder / "lines", 10, take));
   EXPECT_EQ(lines, (std::vector<std::string>{"one\r", "two"}));
   lines.clear();

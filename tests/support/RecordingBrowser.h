@@ -10,14 +10,10 @@
 namespace gavelscope::testing {
 
 // Remembers the pages it was asked to open instead of opening them.
-class RecordingBrowser : public base::IBrowser {
+class RecordingBrowser : public base::IBrowser, public Recorder<std::string> {
  public:
-  void OpenUrlInBrowser(std::string_view url) override { m_opened.Add(std::string(url)); }
-  bool WaitForCount(std::size_t count) const { return m_opened.WaitForCount(count); }
-  std::vector<std::string> Opened() const { return m_opened.All(); }
-
- private:
-  Recorder<std::string> m_opened;
+  void OpenUrlInBrowser(std::string_view url) override { Add(std::string(url)); }
+  std::vector<std::string> Opened() const { return All(); }
 };
 
 }  // namespace gavelscope::testing

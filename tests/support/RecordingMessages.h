@@ -11,10 +11,10 @@ namespace gavelscope::testing {
 
 // Records what the core tells the user, answering with `reply`, and what it asks to choose,
 // answering with `chosenFile` (nothing = cancelled).
-class RecordingMessages : public base::IUserMessages {
+class RecordingMessages : public base::IUserMessages, public Recorder<base::UserMessage> {
  public:
   base::MessageReply Show(const base::UserMessage& message) override {
-    m_messages.Add(message);
+    Add(message);
     return reply;
   }
   std::optional<std::filesystem::path> ChooseFile(const base::FileChoice& choice) override {
@@ -22,8 +22,7 @@ class RecordingMessages : public base::IUserMessages {
     fileChoices.push_back(choice);
     return chosenFile;
   }
-  std::vector<base::UserMessage> Messages() const { return m_messages.All(); }
-  bool WaitForCount(std::size_t count) const { return m_messages.WaitForCount(count); }
+  std::vector<base::UserMessage> Messages() const { return All(); }
 
   base::MessageReply reply = base::MessageReply::Ok;
   std::optional<std::filesystem::path> chosenFile;
@@ -31,7 +30,6 @@ class RecordingMessages : public base::IUserMessages {
 
  private:
   std::mutex m_mutex;
-  Recorder<base::UserMessage> m_messages;
 };
 
 }  // namespace gavelscope::testing

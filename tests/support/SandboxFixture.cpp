@@ -19,27 +19,6 @@ net::NetOptions SandboxTest::SandboxNetOptions() {
   return options;
 }
 
-namespace {
-
-std::string TestUrl(std::string_view host, std::string_view path, std::string_view body) {
-  return "http://" + std::string(host) + std::string(path) + "?body=" + Escaped(body);
-}
-
-// A socket bound to a free loopback port.
-int BoundLoopbackSocket(int& port) {
-  const int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t length = sizeof address;
-  bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address);
-  getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length);
-  port = ntohs(address.sin_port);
-  return fd;
-}
-
-}  // namespace
-
 std::string Escaped(std::string_view bytes) {
   std::string escaped;
   for (unsigned char c : bytes) {
@@ -51,11 +30,21 @@ std::string Escaped(std::string_view bytes) {
 }
 
 std::string TextUrl(std::string_view host, std::string_view body) {
-  return TestUrl(host, "/_test/text", body);
+  return "http://" + std::string(host) + "/_test/text?body=" + Escaped(body);
 }
 
 std::string CutUrl(std::string_view host, std::string_view body) {
-  return TestUrl(host, "/_test/cut", body);
+  return "http://" + std::string(host) + "/_test/cut?body=" + Escaped(body);
+}
+
+static int BoundLoopbackSocket(int& port) {
+  const int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address{.sin_family = AF_INET, .sin_port = 0, .sin_addr = {htonl(INADDR_LOOPBACK)}, .sin_zero = {}};
+  socklen_t length = sizeof address;
+  bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address);
+  getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length);
+  port = ntohs(address.sin_port);
+  return fd;
 }
 
 int ClosedLoopbackPort() {
@@ -65,8 +54,8 @@ int ClosedLoopbackPort() {
   return port;
 }
 
+// Connections complete in the kernel's backlog; nobody ever reads or answers them.
 SilentServer::SilentServer() : m_fd(BoundLoopbackSocket(m_port)) {
-  // Connections complete in the kernel's backlog; nobody ever reads or answers them.
   listen(m_fd, 64);
 }
 

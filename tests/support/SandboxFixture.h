@@ -34,13 +34,12 @@ class SandboxTest : public ::testing::Test {
   inline static std::string s_startError;
 };
 
-// An address on `host` whose answer is exactly `body` (any bytes).
-std::string TextUrl(std::string_view host, std::string_view body);
 // Every byte percent-encoded, for a query parameter of a test address.
 std::string Escaped(std::string_view bytes);
-// An address on `host` that sends `body` and then breaks the connection mid-answer.
+// Addresses on `host` whose answer is exactly `body` (any bytes), whole (TextUrl) or broken off
+// right after it (CutUrl).
+std::string TextUrl(std::string_view host, std::string_view body);
 std::string CutUrl(std::string_view host, std::string_view body);
-
 // A loopback port with nothing listening on it.
 int ClosedLoopbackPort();
 

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Copyright 2026 The Gavelscope developers
-"""Self-check of the sandbox's hostile modes: each one really misbehaves, and only where it says."""
+"""Self-check of the stand-in sites, and of their hostile modes: each one really misbehaves, and only where
+it says. Run with /usr/bin/python3 -m unittest discover tests/sandbox"""
 import ftplib
 import itertools
 import re
@@ -27,9 +28,21 @@ def listing_path(sub, page=1):
     return f"{sub.path}/list/_W0QQsocmdZListingItemList" + (f"QQfrpgZ{page}" if page > 1 else "")
 
 
-class HostileTest(unittest.TestCase):
+class StandInTest(unittest.TestCase):
     def setUp(self):
         self.generator = SiteGenerator(**KNOBS)
+
+    def test_listing_pages_chain_to_the_page_count_and_stop(self):
+        sub = next(iter(self.generator.uk.subs_by_id.values()))
+        url, pages = sub.url + "QQsosortpropertyZ1", 0
+        while url:
+            page = self.generator.http_get("listings.ebay.co.uk", url.split(".co.uk", 1)[1])
+            pages += 1
+            self.assertEqual(page.count(b'<td align="center" width="50">'), KNOBS["items"])
+            self.assertEqual(page.count(b">\xa3"), KNOBS["items"])
+            found = NEXT.search(page)
+            url = found and "http://listings.ebay.co.uk" + found[1].decode()
+        self.assertEqual(pages, KNOBS["pages"])
 
     def get(self, modes, host, path, chunks=4):
         answer = Hostile(self.generator, modes).http_get(host, path)
@@ -91,12 +104,8 @@ class HostileTest(unittest.TestCase):
             frames = re.findall(rb"\x21\xF9\x04.\x0A\x00.\x00\x2C\0\0\0\0\x01\0\x01\0", picture,
                                 re.DOTALL)
             self.assertEqual(len(frames), 50)
-
-
-
-class SilentHistoryTest(unittest.TestCase):
     def test_the_history_download_never_connects_and_others_still_do(self):
-        site, seen = Hostile(SiteGenerator(**KNOBS), ["silent-history"]), Tally(threading.Event())
+        site, seen = Hostile(self.generator, ["silent-history"]), Tally(threading.Event())
         root = self.enterContext(tempfile.TemporaryDirectory())
         fill_ftp_root(root, site.ftp_files())
         quiet_ftp_logging()
