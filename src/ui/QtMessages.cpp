@@ -3,7 +3,9 @@
 #include "ui/QtMessages.h"
 
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMessageBox>
+#include <QStandardPaths>
 #include <QThread>
 
 #include "ui/ControlModels.h"
@@ -41,12 +43,19 @@ base::MessageReply QtMessages::Show(const base::UserMessage& message) {
 }
 
 std::optional<std::filesystem::path> QtMessages::ChooseFile(const base::FileChoice& choice) {
-  QFileDialog dialog(m_parent, FromPageText(choice.title), QString(), FromPageText(choice.filter));
+  // The folder the user went to last in this run; the first time, their documents, never the
+  // folder the program happened to be started from.
+  if (m_lastFolder.isEmpty()) m_lastFolder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+  QFileDialog dialog(m_parent, FromPageText(choice.title), m_lastFolder, FromPageText(choice.filter));
   dialog.setAcceptMode(choice.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   dialog.setFileMode(choice.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
   dialog.setDefaultSuffix(QString::fromStdString(choice.defaultSuffix));
-  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
-  return std::filesystem::path(dialog.selectedFiles().front().toStdString());
+  const bool chosen = dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty();
+  m_lastFolder = dialog.directory().absolutePath();
+  if (!chosen) return std::nullopt;
+  const QString file = dialog.selectedFiles().front();
+  m_lastFolder = QFileInfo(file).absolutePath();
+  return std::filesystem::path(file.toStdString());
 }
 
 }  // namespace gavelscope::ui

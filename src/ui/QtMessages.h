@@ -19,9 +19,12 @@ class QtMessages : public QObject, public base::IUserMessages {
   base::MessageReply Show(const base::UserMessage& message) override;
   // A file dialog owned by the window; it asks before overwriting an existing file.
   std::optional<std::filesystem::path> ChooseFile(const base::FileChoice& choice) override;
+  // Where the next file dialog opens.
+  const QString& lastFolder() const { return m_lastFolder; }
 
  private:
   QPointer<QWidget> m_parent;
+  QString m_lastFolder;
 };
 
 }  // namespace gavelscope::ui

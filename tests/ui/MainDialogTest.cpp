@@ -4,6 +4,8 @@
 
 #include <QAbstractScrollArea>
 #include <QApplication>
+#include <QDir>
+#include <QFileDialog>
 #include <QImageReader>
 #include <QLineEdit>
 #include <QMenu>
@@ -291,6 +293,29 @@ TEST_F(IdleWindowTest, MessageBoxesShowTheIconOfWhatTheyTell) {
     messages.Show(message);
     EXPECT_EQ(shown, icon) << message.text;
   }
+}
+
+TEST_F(IdleWindowTest, FileChoosersOpenInTheDocumentsFolderThenWhereTheUserWentLast) {
+  const QByteArray home = qgetenv("HOME");
+  qputenv("HOME", QByteArray::fromStdString(m_folder.path().string()));
+  std::filesystem::create_directories(m_folder / "picked");
+  std::filesystem::create_directories(m_folder / "Documents");
+  QtMessages messages(&m_window);
+  std::vector<QString> openedIn;
+  for (int turn = 0; turn < 2; ++turn) {
+    QTimer::singleShot(0, [&] {
+      auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+      if (dialog == nullptr) return;
+      openedIn.push_back(QDir(dialog->directory()).absolutePath());
+      dialog->selectFile(QString::fromStdString((m_folder / "picked" / "list.txt").string()));
+      QMetaObject::invokeMethod(dialog, "accept");
+    });
+    EXPECT_TRUE(messages.ChooseFile({"Export", "Text File (*.txt)", "txt"}));
+  }
+  qputenv("HOME", home);
+  ASSERT_EQ(openedIn.size(), 2U);
+  EXPECT_EQ(openedIn[0].toStdString(), (m_folder / "Documents").string());
+  EXPECT_EQ(openedIn[1].toStdString(), (m_folder / "picked").string());
 }
 
 TEST(AnimatedPicture, PlaysEachFrameAsItsPlaceOnThePictureShowsAndRefusesWhatIsNoPicture) {
