@@ -241,6 +241,7 @@ std::unique_ptr<query::CInitialiseHotItemQueryThread> CRunController::NewQueryRu
   auto run =
       std::make_unique<query::CInitialiseHotItemQueryThread>(*this, m_config.profile, m_config.net, std::move(query));
   run->SetPollInterval(m_config.queryPollInterval);
+  run->SetEndWithLastJob(m_config.queryEndsWithLastJob);
   run->SetHistoryFile(m_config.cacheFolder / m_config.profile.vendor.historyFileName);
   return run;
 }

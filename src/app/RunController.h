@@ -48,6 +48,8 @@ struct ControllerConfig {
   hotitems::DateOrder dateOrder = hotitems::DateOrder::DayFirst;
   // How often a query run looks whether its scan jobs have all finished.
   std::chrono::milliseconds queryPollInterval{15000};
+  // The command line ends a query with its last job; the window keeps its look every poll interval.
+  bool queryEndsWithLastJob = false;
   // The pause between two attempts to download the hot item history.
   std::chrono::milliseconds historyRetryPause{1000};
 };

@@ -58,8 +58,12 @@ void CInitialiseHotItemQueryThread::RunQuery(std::stop_token stop) {
     }
   }
 
+  if (m_endWithLastJob) {
+    std::unique_lock lock(m_slotMutex);
+    m_slotFreed.wait(lock, stop, [this] { return m_jobsRunning == 0; });
+  }
   // An empty category list has no job to wait for: such a run ends at its first look.
-  while (true) {
+  while (!m_endWithLastJob) {
     if (!base::PauseUnlessStopped(m_pollInterval, stop)) break;
     bool allFinished = true;
     for (const auto& job : m_arrJobs) {

@@ -42,6 +42,9 @@ class CInitialiseHotItemQueryThread {
   ~CInitialiseHotItemQueryThread();
 
   void SetPollInterval(std::chrono::milliseconds interval) { m_pollInterval = interval; }
+  // Instead of looking at the jobs every poll interval, the run ends as soon as the last job has
+  // ended: a script waiting on the command line has no reason to wait for the next look.
+  void SetEndWithLastJob(bool end) { m_endWithLastJob = end; }
   // A running process cannot be made to run out of threads on demand; tests hand in a starter that does.
   void SetThreadStarter(ThreadStarter starter) { m_startThread = std::move(starter); }
   // The local copy of the shared history that publishing appends to.
@@ -81,6 +84,7 @@ class CInitialiseHotItemQueryThread {
   std::chrono::milliseconds m_pollInterval{15000};
   std::filesystem::path m_historyFile;
   int m_polls = 0;
+  bool m_endWithLastJob = false;
 };
 
 // Appends the result rows with more than 30 bids to the local history file (which must exist: the
