@@ -78,6 +78,11 @@ class Gavel:
         self.nx, self.ny = -self.dy, self.dx            # across it, towards the striking face
         self.scale = scale
 
+    # Each part as (u0, u1, v0, v1): along the handle from the pivot, and across it.
+    HANDLE = (0, 29, -1.6, 1.6)
+    HEAD = (27, 37, -10, 10)
+    BANDS = ((27, 37, -7.5, -5.5), (27, 37, 5.5, 7.5))
+
     def part(self, u0, u1, v0, v1, margin=0.0):
         s, m = self.scale, margin
 
@@ -87,14 +92,21 @@ class Gavel:
             return u0 - m <= u <= u1 + m and v0 - m <= v <= v1 + m
         return inside
 
+    def corners(self, u0, u1, v0, v1, margin=0.0):
+        """The same part as a quadrilateral, for drawings that want outlines rather than a test."""
+        s = self.scale
+        return [(self.px + s * (u * self.dx + v * self.nx), self.py + s * (u * self.dy + v * self.ny))
+                for u, v in ((u0 - margin, v0 - margin), (u1 + margin, v0 - margin),
+                             (u1 + margin, v1 + margin), (u0 - margin, v1 + margin))]
+
     def handle(self, margin=0.0):
-        return self.part(0, 29, -1.6, 1.6, margin)
+        return self.part(*self.HANDLE, margin)
 
     def head(self, margin=0.0):
-        return self.part(27, 37, -10, 10, margin)
+        return self.part(*self.HEAD, margin)
 
     def bands(self):
-        return union(self.part(27, 37, -7.5, -5.5), self.part(27, 37, 5.5, 7.5))
+        return union(*(self.part(*band) for band in self.BANDS))
 
 
 # --- GIF pictures (16 fixed colours) ----------------------------------------------------------
@@ -290,17 +302,46 @@ def stop_pngs():
     return active, idle
 
 
-def icon_png():
-    canvas = Smooth(48, 48)
-    canvas.paint(circle(24, 24, 23), (226, 236, 244))
-    canvas.paint(circle(24, 24, 21.5), vertical((44, 102, 168), (18, 52, 96), 2, 46))
-    canvas.paint(rect(8, 31, 26, 35), (238, 238, 238))
-    canvas.paint(rect(6, 35, 28, 38), (196, 204, 214))
+ICON_UNITS = 48
+
+
+def icon_layers():
+    """The program's icon on a 48-unit square, bottom layer first, as data rather than tests, so that
+    packaging/make_icons.py draws the very same icon as SVG. A layer is (outlines, fill): an outline is
+    ("circle", cx, cy, r), ("rect", x0, y0, x1, y1) or ("gavel", gavel, part, margin); a fill is a
+    colour or ("vertical", top, bottom, y0, y1), a gradient held at its end colours beyond y0 and y1."""
     gavel = Gavel((39, 27), 14, scale=0.8)
-    canvas.paint(union(gavel.handle(1.2), gavel.head(1.2)), (20, 24, 40))
-    canvas.paint(gavel.handle(), (236, 156, 52))
-    canvas.paint(gavel.head(), vertical((252, 186, 80), (206, 118, 30), 4, 30))
-    canvas.paint(lambda x, y: gavel.head()(x, y) and gavel.bands()(x, y), (70, 60, 56))
+    return [
+        ([("circle", 24, 24, 23)], (226, 236, 244)),
+        ([("circle", 24, 24, 21.5)], ("vertical", (44, 102, 168), (18, 52, 96), 2, 46)),
+        ([("rect", 8, 31, 26, 35)], (238, 238, 238)),
+        ([("rect", 6, 35, 28, 38)], (196, 204, 214)),
+        ([("gavel", gavel, Gavel.HANDLE, 1.2), ("gavel", gavel, Gavel.HEAD, 1.2)], (20, 24, 40)),
+        ([("gavel", gavel, Gavel.HANDLE, 0.0)], (236, 156, 52)),
+        ([("gavel", gavel, Gavel.HEAD, 0.0)], ("vertical", (252, 186, 80), (206, 118, 30), 4, 30)),
+        ([("gavel", gavel, band, 0.0) for band in Gavel.BANDS], (70, 60, 56)),
+    ]
+
+
+def icon_png(size=ICON_UNITS):
+    """The icon drawn at `size` pixels square; at 48 it is the window's own gavelscope.png."""
+    k = size / ICON_UNITS
+
+    def outline(kind, *values):
+        if kind == "circle":
+            return circle(*values)
+        if kind == "rect":
+            return rect(*values)
+        gavel, part, margin = values
+        return gavel.part(*part, margin)
+
+    canvas = Smooth(size, size)
+    for outlines, fill in icon_layers():
+        shape = union(*(outline(*o) for o in outlines))
+        if fill[0] == "vertical":
+            _, top, bottom, y0, y1 = fill
+            fill = vertical(top, bottom, y0 * k, y1 * k)
+        canvas.paint(lambda x, y, shape=shape: shape(x / k, y / k), fill)
     return png(canvas.width, canvas.height, canvas.rows(), alpha=True)
 
 

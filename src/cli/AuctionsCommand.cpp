@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Copyright 2026 The Gavelscope developers
 #include "cli/Command.h"
+#include "insights/ListTable.h"
 
 namespace gavelscope::cli {
 
 namespace {
 
-// auctions --site usa|uk [--export FILE]: the auction counts export, largest first.
+// auctions --site usa|uk [--export FILE] [--format F]: the auction counts export, largest first.
 class AuctionsCommand : public SiteCommand {
  public:
   AuctionsCommand() : SiteCommand(/*exports=*/true) {}
@@ -15,7 +16,10 @@ class AuctionsCommand : public SiteCommand {
   int Run(CommandContext& context) override {
     const app::Load load = m_site == sites::Site::USA ? app::Load::AuctionsUSA : app::Load::AuctionsUK;
     if (!context.controller->LoadDone(load).Wait(context.stop)) return kExitFailure;
-    return WriteExport(context.controller->AuctionList(m_site).ExportText(), context);
+    const auctions::CAuctionListCtrl& list = context.controller->AuctionList(m_site);
+    return WriteExport(m_output.Render([&] { return list.ExportText(); },
+                                       [&] { return insights::AuctionsTable(list.Rows(), m_site); }),
+                       context);
   }
 };
 

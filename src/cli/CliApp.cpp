@@ -32,23 +32,27 @@ constexpr const char* kUsage =
     "\n"
     "Commands:\n"
     "  categories --site usa|uk          the top-level categories of a site: name, tab, link\n"
-    "  keywords --site usa|uk [--export FILE | --item NAME]\n"
+    "  keywords --site usa|uk [--export FILE] [--format F] | --item NAME\n"
     "                                    the site's Top 100 keywords export, to stdout or FILE;\n"
     "                                    with --item, the keywords of the first category or\n"
     "                                    sub-category called NAME: keyword, tab, search link\n"
-    "  auctions --site usa|uk [--export FILE]\n"
+    "  auctions --site usa|uk [--export FILE] [--format F]\n"
     "                                    the site's auction counts export, largest first,\n"
     "                                    to stdout or FILE\n"
-    "  history --site usa|uk [--export FILE]\n"
+    "  history --site usa|uk [--export FILE] [--format F] [--stats]\n"
     "                                    the site's hot item history export, sorted by bids,\n"
     "                                    to stdout or FILE\n"
-    "  query FILE.sbqry [--export FILE]  runs a saved query and prints or writes its results\n"
+    "  query FILE.sbqry [--export FILE] [--format F] [--stats]\n"
+    "                                    runs a saved query and prints or writes its results\n"
     "  query-new [--site usa|uk] [--keywords TEXT] [--page-depth N] [--category NAME]...\n"
     "            [--bids-greater N | --bids-less N | --bids-range A B] (also --price-*, --days-*)\n"
     "            [--sort date|title|price|bids] [--descending] --output FILE.sbqry\n"
     "                                    saves a query as the query dialog would\n"
     "  query-show FILE.sbqry             prints a saved query, one field per line\n"
     "\n"
+    "--format text|csv|json: text is the list's own export (the default); csv and json give\n"
+    "its rows as named columns in UTF-8. --stats writes the list's price and bid statistics\n"
+    "instead of its rows, as text, csv or json by --format.\n"
     "--export - writes to standard output. Ctrl-C or SIGTERM stops a command cleanly\n"
     "(exit 130 or 143).\n";
 
@@ -172,6 +176,7 @@ int RunCli(const std::vector<std::string>& args, const CliEnvironment& environme
   RunFolder folder;
   app::ControllerConfig config = setup.Config(folder.path());
   config.queryPollInterval = environment.queryPollInterval;
+  config.queryEndsWithLastJob = true;
   app::HeadlessMainView view;
   app::CBrowserLauncher browser(messages);
   app::CRunController controller(config, view, messages, browser);

@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include "base/ListControl.h"
+#include "insights/Formats.h"
 
 namespace gavelscope::cli {
 
@@ -50,6 +51,52 @@ int WriteExport(const std::string& text, const std::optional<std::filesystem::pa
   return context.out ? kExitOk : kExitFailure;
 }
 
+bool ListOutput::TakeArgument(const std::vector<std::string>& args, std::size_t& i, std::string& error) {
+  if (m_statistics && args[i] == "--stats") {
+    m_stats = true;
+    return true;
+  }
+  std::string value;
+  bool taken = false;
+  if (!TakeValue(args, i, "--format", value, error, taken)) return taken;
+  if (value == "text") {
+    m_format = OutputFormat::Text;
+  } else if (value == "csv") {
+    m_format = OutputFormat::Csv;
+  } else if (value == "json") {
+    m_format = OutputFormat::Json;
+  } else {
+    error = "--format is text, csv or json, not \"" + value + "\"";
+  }
+  m_formatGiven = true;
+  return true;
+}
+
+std::string ListOutput::Render(const std::function<std::string()>& text,
+                               const std::function<insights::ListTable()>& table) const {
+  switch (m_format) {
+    case OutputFormat::Csv:
+      return insights::CsvOf(table());
+    case OutputFormat::Json:
+      return insights::JsonOf(table());
+    case OutputFormat::Text:
+      break;
+  }
+  return text();
+}
+
+std::string ListOutput::RenderStatistics(const insights::ListStatistics& statistics) const {
+  switch (m_format) {
+    case OutputFormat::Csv:
+      return insights::StatisticsCsv(statistics);
+    case OutputFormat::Json:
+      return insights::StatisticsJson(statistics);
+    case OutputFormat::Text:
+      break;
+  }
+  return insights::StatisticsText(statistics);
+}
+
 bool SiteCommand::TakeArgument(const std::vector<std::string>& args, std::size_t& i, std::string& error) {
   std::string value;
   bool taken = false;
@@ -63,7 +110,7 @@ bool SiteCommand::TakeArgument(const std::vector<std::string>& args, std::size_t
     return true;
   }
   if (taken) return true;
-  return m_exports && TakeExport(args, i, m_export, error);
+  return m_exports && (TakeExport(args, i, m_export, error) || m_output.TakeArgument(args, i, error));
 }
 
 std::string SiteCommand::Check() const {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <iosfwd>
 #include <memory>
 #include <optional>
@@ -13,6 +14,8 @@
 
 #include "app/RunController.h"
 #include "base/UserMessages.h"
+#include "insights/ListTable.h"
+#include "insights/Statistics.h"
 #include "sites/SiteProfile.h"
 
 namespace gavelscope::cli {
@@ -49,20 +52,44 @@ class Command {
   virtual int Run(CommandContext& context) = 0;
 };
 
-// A command over one site's view: --site usa|uk, and --export FILE for those that export.
+enum class OutputFormat { Text, Csv, Json };
+
+// How a list command writes its list: --format text|csv|json, and --stats for the item lists.
+class ListOutput {
+ public:
+  explicit ListOutput(bool statistics) : m_statistics(statistics) {}
+  // Takes --format (and --stats where the list has statistics) at args[i].
+  bool TakeArgument(const std::vector<std::string>& args, std::size_t& i, std::string& error);
+  bool formatGiven() const { return m_formatGiven; }
+  bool stats() const { return m_stats; }
+  // The list in the chosen format: its own text export, or its table as CSV or JSON. Each is
+  // built only when chosen.
+  std::string Render(const std::function<std::string()>& text, const std::function<insights::ListTable()>& table) const;
+  std::string RenderStatistics(const insights::ListStatistics& statistics) const;
+
+ private:
+  const bool m_statistics;
+  OutputFormat m_format = OutputFormat::Text;
+  bool m_formatGiven = false;
+  bool m_stats = false;
+};
+
+// A command over one site's view: --site usa|uk, and --export FILE and --format for those that
+// export (--stats too for those whose list has statistics).
 class SiteCommand : public Command {
  public:
   bool TakeArgument(const std::vector<std::string>& args, std::size_t& i, std::string& error) override;
   std::string Check() const override;
 
  protected:
-  explicit SiteCommand(bool exports) : m_exports(exports) {}
+  explicit SiteCommand(bool exports, bool statistics = false) : m_output(statistics), m_exports(exports) {}
   // The export goes to standard output, or to the file (with "List Has Been Successfully Exported."
   // after it); "-" is standard output.
   int WriteExport(const std::string& text, CommandContext& context) const;
 
   sites::Site m_site = sites::Site::USA;
   std::optional<std::filesystem::path> m_export;
+  ListOutput m_output;
 
  private:
   bool m_exports;

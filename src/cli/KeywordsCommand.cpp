@@ -3,6 +3,7 @@
 #include <ostream>
 
 #include "cli/Command.h"
+#include "insights/ListTable.h"
 
 namespace gavelscope::cli {
 
@@ -19,7 +20,8 @@ keywords::TreeItem FindItem(const keywords::CCategoryTree& tree, const std::stri
   return keywords::kNoItem;
 }
 
-// keywords --site usa|uk [--export FILE | --item NAME]: the Top 100 export, or one item's keywords.
+// keywords --site usa|uk [--export FILE] [--format F] | --item NAME: the Top 100 export, or one item's
+// keywords.
 class KeywordsCommand : public SiteCommand {
  public:
   KeywordsCommand() : SiteCommand(/*exports=*/true) {}
@@ -34,6 +36,7 @@ class KeywordsCommand : public SiteCommand {
 
   std::string Check() const override {
     if (m_export && m_item) return "--export and --item do not go together";
+    if (m_output.formatGiven() && m_item) return "--format and --item do not go together";
     return SiteCommand::Check();
   }
 
@@ -41,7 +44,11 @@ class KeywordsCommand : public SiteCommand {
     const app::Load load = m_site == sites::Site::USA ? app::Load::KeywordsUSA : app::Load::KeywordsUK;
     if (!context.controller->LoadDone(load).Wait(context.stop)) return kExitFailure;
     const keywords::CCategoryTree& tree = context.controller->Tree(m_site);
-    if (!m_item) return WriteExport(tree.ExportText(), context);
+    if (!m_item) {
+      return WriteExport(
+          m_output.Render([&] { return tree.ExportText(); }, [&] { return insights::KeywordsTable(tree, m_site); }),
+          context);
+    }
     const keywords::TreeItem item = FindItem(tree, *m_item);
     if (item == keywords::kNoItem) {
       context.err << "gavelscope-cli: no category or sub-category called \"" << *m_item << "\"\n";

@@ -3,13 +3,16 @@
 #include <ostream>
 
 #include "cli/Command.h"
+#include "insights/ListTable.h"
+#include "insights/Statistics.h"
 #include "query/QueryFile.h"
 
 namespace gavelscope::cli {
 
 namespace {
 
-// query FILE.sbqry [--export FILE]: runs a saved query and prints or writes its results.
+// query FILE.sbqry [--export FILE] [--format F] [--stats]: runs a saved query and prints or writes
+// its results, or their statistics.
 class QueryCommand : public Command {
  public:
   std::string_view Name() const override { return "query"; }
@@ -19,7 +22,7 @@ class QueryCommand : public Command {
       m_file = args[i];
       return true;
     }
-    return TakeExport(args, i, m_export, error);
+    return TakeExport(args, i, m_export, error) || m_output.TakeArgument(args, i, error);
   }
 
   std::string Check() const override { return m_file ? std::string() : "query needs a query file"; }
@@ -37,13 +40,23 @@ class QueryCommand : public Command {
     if (!controller.Categories(m_query.site).ready.Wait(context.stop)) return kExitFailure;
     controller.StartQuery(m_query);
     if (!controller.QueryEnded().Wait(context.stop)) return kExitFailure;
-    return WriteExport(controller.QueryResults().ExportText(), m_export, context);
+    const hotitems::CItemListCtrl& results = controller.QueryResults();
+    if (m_output.stats()) {
+      const auto figures = insights::QueryFigures(results.Rows(), m_query.site);
+      return WriteExport(m_output.RenderStatistics(insights::Summarise(figures)), m_export, context);
+    }
+    return WriteExport(
+        m_output.Render(
+            [&] { return results.ExportText(); },
+            [&] { return insights::QueryTable(results.Rows(), m_query.site, m_file->filename().string()); }),
+        m_export, context);
   }
 
  private:
   std::optional<std::filesystem::path> m_file;
   std::optional<std::filesystem::path> m_export;
   query::QuerySpec m_query;
+  ListOutput m_output{/*statistics=*/true};
 };
 
 }  // namespace

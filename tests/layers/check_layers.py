@@ -22,6 +22,7 @@ BELOW = {
     "hotitems": {"base", "net", "sites"},
     "banner": {"base", "net", "sites"},
     "query": {"base", "net", "sites", "hotitems"},
+    "insights": {"base", "net", "sites", "keywords", "auctions", "hotitems", "query"},
     "app": {"base", "net", "sites", "keywords", "auctions", "hotitems", "query", "standin"},
 }
 BELOW["cli"] = set(BELOW) - {"cli"}
