@@ -3,7 +3,9 @@
 #pragma once
 
 #include <filesystem>
+#include <iosfwd>
 #include <memory>
+#include <optional>
 #include <stop_token>
 #include <string>
 #include <string_view>
@@ -14,6 +16,10 @@
 #include "net/NetOptions.h"
 #include "standin/SandboxProcess.h"
 
+namespace CLI {
+class App;
+}
+
 namespace gavelscope::app {
 
 // What both programs take from their command line besides their own options.
@@ -23,10 +29,17 @@ struct SharedOptions {
   bool sandbox = false;
 };
 
-// Takes args[i] (and its value) when it is --connect-to or --sandbox, in either --opt value or
-// --opt=value form: true when it was one. `error` is set for a malformed one, which is a usage error
-// in both programs.
-bool TakeSharedOption(const std::vector<std::string>& args, std::size_t& i, SharedOptions& options, std::string& error);
+// Gives a program's command line what both programs share: --connect-to HOST:PORT:ADDR:PORT
+// (repeatable) and --sandbox, bound to `options` and taken before or after a command; -h/--help;
+// --version, which prints `version`; one layout of help; the last of a repeated single-value option
+// winning. Called before the program adds its own options or commands, which take these settings.
+void AddSharedOptions(CLI::App& commandLine, const std::string& version, SharedOptions& options);
+
+// Reads `args` (without the program's name) into `commandLine`. Nothing when the program goes on;
+// otherwise its exit code: 0 after the help or the version on `out`, 2 after a usage error on `err`
+// ("PROGRAM: what is wrong", then where the help is).
+std::optional<int> ParseCommandLine(CLI::App& commandLine, const std::vector<std::string>& args, std::ostream& out,
+                                    std::ostream& err);
 
 // Where the stand-in sites live for the program at `program`: installed beside it
 // (../share/gavelscope/sandbox), or, in a build tree, in the sandbox folder copied next to it.

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Copyright 2026 The Gavelscope developers
+#include <CLI/CLI.hpp>
+
 #include "cli/Command.h"
 #include "insights/ListTable.h"
 
@@ -11,7 +13,10 @@ namespace {
 class AuctionsCommand : public SiteCommand {
  public:
   AuctionsCommand() : SiteCommand(/*exports=*/true) {}
-  std::string_view Name() const override { return "auctions"; }
+  CLI::App* AddTo(CLI::App& program) override {
+    return AddSiteCommand(program, "auctions",
+                          "Prints or writes the site's \"Todays Auctions\" export, largest count first.");
+  }
 
   int Run(CommandContext& context) override {
     const app::Load load = m_site == sites::Site::USA ? app::Load::AuctionsUSA : app::Load::AuctionsUK;

@@ -2,6 +2,8 @@
 // Copyright 2026 The Gavelscope developers
 #include <ostream>
 
+#include <CLI/CLI.hpp>
+
 #include "cli/Command.h"
 
 namespace gavelscope::cli {
@@ -12,7 +14,10 @@ namespace {
 class CategoriesCommand : public SiteCommand {
  public:
   CategoriesCommand() : SiteCommand(/*exports=*/false) {}
-  std::string_view Name() const override { return "categories"; }
+  CLI::App* AddTo(CLI::App& program) override {
+    return AddSiteCommand(program, "categories",
+                          "Prints each top-level category of the site: its name, a tab and its link.");
+  }
 
   int Run(CommandContext& context) override {
     const sites::SiteCategories& categories = context.controller->Categories(m_site);

@@ -9,6 +9,8 @@
 #include <ostream>
 #include <system_error>
 
+#include <CLI/CLI.hpp>
+
 #include "app/BrowserLauncher.h"
 #include "app/HeadlessMainView.h"
 #include "app/ProgramSetup.h"
@@ -18,45 +20,14 @@ namespace gavelscope::cli {
 
 namespace {
 
-constexpr const char* kUsage =
-    "Usage: gavelscope-cli [--connect-to HOST:PORT:ADDR:PORT]... [--sandbox] COMMAND [OPTIONS]\n"
-    "\n"
-    "Runs the Gavelscope start-up without a window and prints what one view would show.\n"
-    "\n"
-    "Options:\n"
-    "  --connect-to HOST:PORT:ADDR:PORT  send connections meant for HOST:PORT to ADDR:PORT\n"
-    "                                    (URLs and Host headers stay as they are); repeatable\n"
-    "  --sandbox                         start the bundled stand-in sites and use them\n"
-    "  --help                            show this text\n"
-    "  --version                         show the version\n"
-    "\n"
-    "Commands:\n"
-    "  categories --site usa|uk          the top-level categories of a site: name, tab, link\n"
-    "  keywords --site usa|uk [--export FILE] [--format F] | --item NAME\n"
-    "                                    the site's Top 100 keywords export, to stdout or FILE;\n"
-    "                                    with --item, the keywords of the first category or\n"
-    "                                    sub-category called NAME: keyword, tab, search link\n"
-    "  auctions --site usa|uk [--export FILE] [--format F]\n"
-    "                                    the site's auction counts export, largest first,\n"
-    "                                    to stdout or FILE\n"
-    "  history --site usa|uk [--export FILE] [--format F] [--stats]\n"
-    "                                    the site's hot item history export, sorted by bids,\n"
-    "                                    to stdout or FILE\n"
-    "  query FILE.sbqry [--export FILE] [--format F] [--stats]\n"
-    "                                    runs a saved query and prints or writes its results\n"
-    "  query-new [--site usa|uk] [--keywords TEXT] [--page-depth N] [--category NAME]...\n"
-    "            [--bids-greater N | --bids-less N | --bids-range A B] (also --price-*, --days-*)\n"
-    "            [--sort date|title|price|bids] [--descending] --output FILE.sbqry\n"
-    "                                    saves a query as the query dialog would\n"
-    "  query-show FILE.sbqry             prints a saved query, one field per line\n"
-    "\n"
-    "--format text|csv|json: text is the list's own export (the default); csv and json give\n"
-    "its rows as named columns in UTF-8. --stats writes the list's price and bid statistics\n"
-    "instead of its rows, as text, csv or json by --format.\n"
-    "--export - writes to standard output. Ctrl-C or SIGTERM stops a command cleanly\n"
-    "(exit 130 or 143).\n";
+constexpr const char* kDescription =
+    "Runs the Gavelscope start-up without a window and prints what one view would show.";
+constexpr const char* kNotes =
+    "'gavelscope-cli COMMAND --help' describes a command and its options.\n"
+    "Exit status: 0 success; 1 a failure, reported on standard error; 2 a usage error; 130 or 143 when "
+    "stopped by Ctrl-C or SIGTERM, as cleanly as at the end of a command.";
 
-constexpr const char* kVersion = "gavelscope-cli 2.0\n";
+constexpr const char* kVersion = "gavelscope-cli 2.0";
 
 // The CLI tells the user what the window would put in a message box, on stderr.
 class StderrMessages : public base::IUserMessages {
@@ -88,72 +59,20 @@ class RunFolder {
   std::filesystem::path m_path;
 };
 
-// The command line: global options (--help and --version anywhere; the shared ones before the
-// command), the command's name, then its own arguments.
-struct Parsed {
-  app::SharedOptions shared;
-  bool help = false;
-  bool version = false;
-  std::unique_ptr<Command> command;
-};
-
-bool Parse(const std::vector<std::string>& args, Parsed& parsed, std::string& error) {
-  std::vector<std::unique_ptr<Command>> commands = AllCommands();
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    const std::string& arg = args[i];
-    if (arg == "--help" || arg == "-h") {
-      parsed.help = true;
-      continue;
-    }
-    if (arg == "--version") {
-      parsed.version = true;
-      continue;
-    }
-    if (!parsed.command) {
-      if (app::TakeSharedOption(args, i, parsed.shared, error)) {
-        if (!error.empty()) return false;
-        continue;
-      }
-      const auto named =
-          std::find_if(commands.begin(), commands.end(), [&](const auto& c) { return c->Name() == arg; });
-      if (named == commands.end()) {
-        error = (arg.starts_with("-") ? "unknown option: " : "unknown command: ") + arg;
-        return false;
-      }
-      parsed.command = std::move(*named);
-      continue;
-    }
-    if (!parsed.command->TakeArgument(args, i, error)) error = "unknown option: " + arg;
-    if (!error.empty()) return false;
-  }
-  if (parsed.help || parsed.version) return true;
-  if (!parsed.command) {
-    error = "no command given";
-    return false;
-  }
-  error = parsed.command->Check();
-  return error.empty();
-}
-
 }  // namespace
 
 int RunCli(const std::vector<std::string>& args, const CliEnvironment& environment, std::ostream& out,
            std::ostream& err) {
-  Parsed parsed;
-  std::string error;
-  if (!Parse(args, parsed, error)) {
-    err << "gavelscope-cli: " << error << "\n\n" << kUsage;
-    return kExitUsage;
-  }
-  if (parsed.help) {
-    out << kUsage;
-    return kExitOk;
-  }
-  if (parsed.version) {
-    out << kVersion;
-    return kExitOk;
-  }
-  Command& command = *parsed.command;
+  app::SharedOptions shared;
+  CLI::App commandLine(kDescription, "gavelscope-cli");
+  app::AddSharedOptions(commandLine, kVersion, shared);
+  std::vector<std::unique_ptr<Command>> commands = AllCommands();
+  std::vector<CLI::App*> parts;
+  for (const std::unique_ptr<Command>& command : commands) parts.push_back(command->AddTo(commandLine));
+  commandLine.footer(kNotes);
+  if (const std::optional<int> ended = app::ParseCommandLine(commandLine, args, out, err)) return *ended;
+  Command& command = *commands[static_cast<std::size_t>(
+      std::find(parts.begin(), parts.end(), commandLine.get_subcommands().front()) - parts.begin())];
   StderrMessages messages(err);
   if (!command.NeedsRun()) {
     CommandContext context{nullptr, messages, out, err, environment.stop};
@@ -162,15 +81,15 @@ int RunCli(const std::vector<std::string>& args, const CliEnvironment& environme
   if (const int prepared = command.Prepare(err); prepared != kExitOk) return prepared;
 
   app::CProgramSetup setup;
-  if (!setup.Start(parsed.shared, environment.sandbox, environment.net, error)) {
+  if (std::string error; !setup.Start(shared, environment.sandbox, environment.net, error)) {
     err << "gavelscope-cli: cannot start the sandbox: " << error << '\n';
     return kExitFailure;
   }
   const std::stop_token stop = environment.stop;
   if (!setup.ProbeConnectivity(stop)) {
     if (stop.stop_requested()) return kExitFailure;
-    messages.Show(base::UserMessage{base::text::kNoInternet, base::text::kApplicationName, base::MessageButtons::Ok, true,
-                                   base::MessageKind::Error});
+    messages.Show(base::UserMessage{base::text::kNoInternet, base::text::kApplicationName, base::MessageButtons::Ok,
+                                    true, base::MessageKind::Error});
     return kExitFailure;
   }
   RunFolder folder;

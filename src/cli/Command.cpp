@@ -2,42 +2,65 @@
 // Copyright 2026 The Gavelscope developers
 #include "cli/Command.h"
 
+#include <algorithm>
+#include <array>
 #include <ostream>
+
+#include <CLI/CLI.hpp>
 
 #include "base/ListControl.h"
 #include "insights/Formats.h"
 
 namespace gavelscope::cli {
 
-bool TakeValue(const std::vector<std::string>& args, std::size_t& i, std::string_view name, std::string& value,
-               std::string& error, bool& taken) {
-  const std::string& arg = args[i];
-  const std::string prefix = std::string(name) + "=";
-  taken = arg == name || arg.starts_with(prefix);
-  if (!taken) return false;
-  if (arg.starts_with(prefix)) {
-    value = arg.substr(prefix.size());
-    return true;
-  }
-  if (i + 1 >= args.size()) {
-    error = std::string(name) + " needs a value";
-    return false;
-  }
-  value = args[++i];
-  return true;
+CLI::Option* AddChoice(CLI::App& command, const std::string& name, const std::vector<std::string>& words,
+                       std::function<void(std::size_t)> chosen, const std::string& description) {
+  std::string choices;
+  for (const std::string& word : words) choices += (choices.empty() ? "" : "|") + word;
+  return command
+      .add_option_function<std::string>(
+          name,
+          [words, chosen = std::move(chosen)](const std::string& word) {
+            chosen(static_cast<std::size_t>(std::find(words.begin(), words.end(), word) - words.begin()));
+          },
+          description)
+      ->type_name(choices)
+      ->check(CLI::Validator(
+          [words, choices](std::string& word) {
+            return std::find(words.begin(), words.end(), word) != words.end() ? std::string()
+                                                                              : "\"" + word + "\" is not " + choices;
+          },
+          ""));
 }
 
-bool TakeExport(const std::vector<std::string>& args, std::size_t& i, std::optional<std::filesystem::path>& file,
-                std::string& error) {
-  std::string value;
-  bool taken = false;
-  if (!TakeValue(args, i, "--export", value, error, taken)) return taken;
-  if (value.empty()) {
-    error = "--export needs a file name, or - for standard output";
-    return true;
-  }
-  file = value;
-  return true;
+CLI::Option* AddSite(CLI::App& command, sites::Site& site, const std::string& description) {
+  return AddChoice(
+      command, "--site", {"usa", "uk"},
+      [&site](std::size_t index) { site = index == 0 ? sites::Site::USA : sites::Site::UK; }, description);
+}
+
+CLI::Option* AddExport(CLI::App& command, std::optional<std::filesystem::path>& file) {
+  return command
+      .add_option_function<std::string>(
+          "--export", [&file](const std::string& name) { file = name; },
+          "write to FILE instead of standard output, and say so on standard error; - is standard output")
+      ->type_name("FILE")
+      ->check(CLI::Validator(
+          [](std::string& name) {
+            return name.empty() ? std::string("needs a file name, or - for standard output") : std::string();
+          },
+          ""));
+}
+
+void AddQueryFile(CLI::App& command, std::vector<std::string>& files) {
+  command.add_option("file", files, "the query file, as the query dialog or query-new saves it")
+      ->type_name("FILE.sbqry");
+  command.final_callback([&command, &files] {
+    if (files.empty()) throw CLI::ValidationError(command.get_name() + " needs a query file");
+    if (files.size() > 1) {
+      throw CLI::ValidationError(command.get_name() + " takes one query file, not " + std::to_string(files.size()));
+    }
+  });
 }
 
 int WriteExport(const std::string& text, const std::optional<std::filesystem::path>& file, CommandContext& context) {
@@ -51,25 +74,18 @@ int WriteExport(const std::string& text, const std::optional<std::filesystem::pa
   return context.out ? kExitOk : kExitFailure;
 }
 
-bool ListOutput::TakeArgument(const std::vector<std::string>& args, std::size_t& i, std::string& error) {
-  if (m_statistics && args[i] == "--stats") {
-    m_stats = true;
-    return true;
+CLI::Option* ListOutput::AddTo(CLI::App& command) {
+  CLI::Option* format = AddChoice(
+      command, "--format", {"text", "csv", "json"},
+      [this](std::size_t index) {
+        m_format = std::array{OutputFormat::Text, OutputFormat::Csv, OutputFormat::Json}.at(index);
+      },
+      "text, the list's own export (the default), or its rows as named columns in CSV or JSON, in UTF-8");
+  if (m_statistics) {
+    command.add_flag("--stats", m_stats,
+                     "write the list's price and bid statistics instead of its rows, as text, CSV or JSON by --format");
   }
-  std::string value;
-  bool taken = false;
-  if (!TakeValue(args, i, "--format", value, error, taken)) return taken;
-  if (value == "text") {
-    m_format = OutputFormat::Text;
-  } else if (value == "csv") {
-    m_format = OutputFormat::Csv;
-  } else if (value == "json") {
-    m_format = OutputFormat::Json;
-  } else {
-    error = "--format is text, csv or json, not \"" + value + "\"";
-  }
-  m_formatGiven = true;
-  return true;
+  return format;
 }
 
 std::string ListOutput::Render(const std::function<std::string()>& text,
@@ -97,24 +113,14 @@ std::string ListOutput::RenderStatistics(const insights::ListStatistics& statist
   return insights::StatisticsText(statistics);
 }
 
-bool SiteCommand::TakeArgument(const std::vector<std::string>& args, std::size_t& i, std::string& error) {
-  std::string value;
-  bool taken = false;
-  if (TakeValue(args, i, "--site", value, error, taken)) {
-    if (value != "usa" && value != "uk") {
-      error = "--site is usa or uk, not \"" + value + "\"";
-      return true;
-    }
-    m_site = value == "usa" ? sites::Site::USA : sites::Site::UK;
-    m_siteGiven = true;
-    return true;
+CLI::App* SiteCommand::AddSiteCommand(CLI::App& program, const std::string& name, const std::string& description) {
+  CLI::App* command = program.add_subcommand(name, description);
+  AddSite(*command, m_site, "the USA site (dollars) or the UK site (pounds)")->required();
+  if (m_exports) {
+    AddExport(*command, m_export);
+    m_output.AddTo(*command);
   }
-  if (taken) return true;
-  return m_exports && (TakeExport(args, i, m_export, error) || m_output.TakeArgument(args, i, error));
-}
-
-std::string SiteCommand::Check() const {
-  return m_siteGiven ? std::string() : std::string(Name()) + " needs --site usa|uk";
+  return command;
 }
 
 int SiteCommand::WriteExport(const std::string& text, CommandContext& context) const {

@@ -16,7 +16,13 @@
 #include "base/UserMessages.h"
 #include "insights/ListTable.h"
 #include "insights/Statistics.h"
+#include "keywords/CategoryTree.h"
 #include "sites/SiteProfile.h"
+
+namespace CLI {
+class App;
+class Option;
+}  // namespace CLI
 
 namespace gavelscope::cli {
 
@@ -38,12 +44,10 @@ struct CommandContext {
 class Command {
  public:
   virtual ~Command() = default;
-  virtual std::string_view Name() const = 0;
-  // Takes args[i] (and its values) when it is one of the command's own arguments: true when it
-  // was, with `error` set when it was malformed.
-  virtual bool TakeArgument(const std::vector<std::string>& args, std::size_t& i, std::string& error) = 0;
-  // What is missing or contradictory once every argument is taken; empty when the command can run.
-  virtual std::string Check() const = 0;
+  // Adds the command to the program's command line: its name, a sentence on what it does, its
+  // arguments and options bound to the command's own values, and the checks they need together
+  // (which throw CLI::ValidationError). Returns the command's own part of the command line.
+  virtual CLI::App* AddTo(CLI::App& program) = 0;
   // Work done before any network, such as reading a query file; a failure is reported and ends the
   // command.
   virtual int Prepare(std::ostream& /*err*/) { return kExitOk; }
@@ -58,9 +62,8 @@ enum class OutputFormat { Text, Csv, Json };
 class ListOutput {
  public:
   explicit ListOutput(bool statistics) : m_statistics(statistics) {}
-  // Takes --format (and --stats where the list has statistics) at args[i].
-  bool TakeArgument(const std::vector<std::string>& args, std::size_t& i, std::string& error);
-  bool formatGiven() const { return m_formatGiven; }
+  // Adds --format (and --stats where the list has statistics) to a command; returns --format.
+  CLI::Option* AddTo(CLI::App& command);
   bool stats() const { return m_stats; }
   // The list in the chosen format: its own text export, or its table as CSV or JSON. Each is
   // built only when chosen.
@@ -70,19 +73,16 @@ class ListOutput {
  private:
   const bool m_statistics;
   OutputFormat m_format = OutputFormat::Text;
-  bool m_formatGiven = false;
   bool m_stats = false;
 };
 
 // A command over one site's view: --site usa|uk, and --export FILE and --format for those that
 // export (--stats too for those whose list has statistics).
 class SiteCommand : public Command {
- public:
-  bool TakeArgument(const std::vector<std::string>& args, std::size_t& i, std::string& error) override;
-  std::string Check() const override;
-
  protected:
   explicit SiteCommand(bool exports, bool statistics = false) : m_output(statistics), m_exports(exports) {}
+  // Adds the command with its site and output options.
+  CLI::App* AddSiteCommand(CLI::App& program, const std::string& name, const std::string& description);
   // The export goes to standard output, or to the file (with "List Has Been Successfully Exported."
   // after it); "-" is standard output.
   int WriteExport(const std::string& text, CommandContext& context) const;
@@ -93,19 +93,26 @@ class SiteCommand : public Command {
 
  private:
   bool m_exports;
-  bool m_siteGiven = false;
 };
 
-// Takes --NAME VALUE or --NAME=VALUE at args[i]: true when args[i] is that option, with `value` set,
-// or `error` set when the value is missing.
-bool TakeValue(const std::vector<std::string>& args, std::size_t& i, std::string_view name, std::string& value,
-               std::string& error, bool& taken);
-// --export FILE (or - for standard output) at args[i].
-bool TakeExport(const std::vector<std::string>& args, std::size_t& i, std::optional<std::filesystem::path>& file,
-                std::string& error);
+// --NAME WORD, where WORD is one of `words`: `chosen` gets its index. Any other word is a usage error
+// that names them.
+CLI::Option* AddChoice(CLI::App& command, const std::string& name, const std::vector<std::string>& words,
+                       std::function<void(std::size_t)> chosen, const std::string& description);
+// --site usa|uk.
+CLI::Option* AddSite(CLI::App& command, sites::Site& site, const std::string& description);
+// --export FILE (or - for standard output).
+CLI::Option* AddExport(CLI::App& command, std::optional<std::filesystem::path>& file);
+// The one query file of a command. Every word no option takes lands here, so that a second one is
+// named as such, not as a stray word; once everything is read, anything but one is a usage error.
+void AddQueryFile(CLI::App& command, std::vector<std::string>& files);
 int WriteExport(const std::string& text, const std::optional<std::filesystem::path>& file, CommandContext& context);
+// The item `keywords --item NAME` shows: the first in tree order (each category, then its
+// sub-categories) called NAME, or else the first whose name differs from NAME only in the case of
+// ASCII letters; kNoItem when there is none.
+keywords::TreeItem FindNamedItem(const keywords::CCategoryTree& tree, const std::string& name);
 
-// Every command, in the order the usage lists them.
+// Every command, in the order the help lists them.
 std::vector<std::unique_ptr<Command>> AllCommands();
 std::unique_ptr<Command> MakeCategoriesCommand();
 std::unique_ptr<Command> MakeKeywordsCommand();

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Copyright 2026 The Gavelscope developers
+#include <CLI/CLI.hpp>
+
 #include "cli/Command.h"
 #include "insights/ListTable.h"
 #include "insights/Statistics.h"
@@ -13,7 +15,10 @@ namespace {
 class HistoryCommand : public SiteCommand {
  public:
   HistoryCommand() : SiteCommand(/*exports=*/true, /*statistics=*/true) {}
-  std::string_view Name() const override { return "history"; }
+  CLI::App* AddTo(CLI::App& program) override {
+    return AddSiteCommand(program, "history",
+                          "Prints or writes the site's hot item history export, sorted by bids, or its statistics.");
+  }
 
   int Run(CommandContext& context) override {
     if (!context.controller->LoadDone(app::Load::HotItems).Wait(context.stop)) return kExitFailure;

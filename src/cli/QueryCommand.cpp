@@ -2,6 +2,8 @@
 // Copyright 2026 The Gavelscope developers
 #include <ostream>
 
+#include <CLI/CLI.hpp>
+
 #include "cli/Command.h"
 #include "insights/ListTable.h"
 #include "insights/Statistics.h"
@@ -15,21 +17,24 @@ namespace {
 // its results, or their statistics.
 class QueryCommand : public Command {
  public:
-  std::string_view Name() const override { return "query"; }
-
-  bool TakeArgument(const std::vector<std::string>& args, std::size_t& i, std::string& error) override {
-    if (!m_file && !args[i].starts_with("-")) {
-      m_file = args[i];
-      return true;
-    }
-    return TakeExport(args, i, m_export, error) || m_output.TakeArgument(args, i, error);
+  CLI::App* AddTo(CLI::App& program) override {
+    CLI::App* command = program.add_subcommand(
+        "query",
+        "Runs a saved query over its site's categories and prints or writes the sorted results, or their "
+        "statistics.");
+    AddQueryFile(*command, m_files);
+    AddExport(*command, m_export);
+    m_output.AddTo(*command);
+    command->footer(
+        "The command ends as soon as the query's last scan job has finished; the window looks at its jobs "
+        "every 15 seconds instead.");
+    return command;
   }
-
-  std::string Check() const override { return m_file ? std::string() : "query needs a query file"; }
 
   // A file that cannot be read fails before any network.
   int Prepare(std::ostream& err) override {
-    const base::Outcome loaded = query::LoadQueryFile(*m_file, m_query);
+    m_file = m_files.front();
+    const base::Outcome loaded = query::LoadQueryFile(m_file, m_query);
     if (!loaded) err << loaded.error << '\n';
     return loaded ? kExitOk : kExitFailure;
   }
@@ -46,14 +51,14 @@ class QueryCommand : public Command {
       return WriteExport(m_output.RenderStatistics(insights::Summarise(figures)), m_export, context);
     }
     return WriteExport(
-        m_output.Render(
-            [&] { return results.ExportText(); },
-            [&] { return insights::QueryTable(results.Rows(), m_query.site, m_file->filename().string()); }),
+        m_output.Render([&] { return results.ExportText(); },
+                        [&] { return insights::QueryTable(results.Rows(), m_query.site, m_file.filename().string()); }),
         m_export, context);
   }
 
  private:
-  std::optional<std::filesystem::path> m_file;
+  std::vector<std::string> m_files;
+  std::filesystem::path m_file;
   std::optional<std::filesystem::path> m_export;
   query::QuerySpec m_query;
   ListOutput m_output{/*statistics=*/true};

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Copyright 2026 The Gavelscope developers
+#include <array>
 #include <charconv>
 #include <ostream>
+#include <tuple>
+
+#include <CLI/CLI.hpp>
 
 #include "cli/Command.h"
 #include "net/NetOptions.h"
@@ -27,117 +31,111 @@ bool ReadInt(const std::string& text, std::int32_t& value) {
   return error == std::errc() && end == text.data() + text.size();
 }
 
-// --NAME-greater N, --NAME-less N, --NAME-range A B
-bool ParseFilter(const std::vector<std::string>& args, std::size_t& i, const std::string& name,
-                 query::FilterSpec& filter, std::string& error) {
-  using Test = query::FilterSpec::Test;
-  const std::string& arg = args[i];
-  Test test = Test::Any;
-  if (arg == "--" + name + "-greater") test = Test::Greater;
-  if (arg == "--" + name + "-less") test = Test::Less;
-  if (arg == "--" + name + "-range") test = Test::Range;
-  if (test == Test::Any) return false;
-  const std::size_t values = test == Test::Range ? 2 : 1;
-  if (filter.test != Test::Any) {
-    error = "only one " + name + " test may be given";
-    return false;
-  }
-  std::int32_t a = 0;
-  std::int32_t b = 0;
-  if (i + values >= args.size() || !ReadInt(args[i + 1], a) || (values == 2 && !ReadInt(args[i + 2], b))) {
-    error = arg + " needs " + (values == 2 ? "two whole numbers" : "a whole number");
-    return false;
-  }
-  // -1 is how a query file says "not set": a bound of -1 could not be saved.
-  if (a == -1 || (values == 2 && b == -1)) {
-    error = arg + " cannot take -1";
-    return false;
-  }
-  filter = test == Test::Greater ? query::FilterSpec::GreaterThan(a)
-           : test == Test::Less  ? query::FilterSpec::LessThan(a)
-                                 : query::FilterSpec::Between(a, b);
-  i += values;
-  return true;
+// A whole number for a filter bound. -1 is how a query file says "not set", so a bound of -1 could
+// not be saved.
+CLI::Validator FilterBound() {
+  return CLI::Validator(
+      [](std::string& text) {
+        std::int32_t value = 0;
+        if (!ReadInt(text, value)) return "\"" + text + "\" is not a whole number";
+        return value == -1 ? std::string("cannot take -1") : std::string();
+      },
+      "");
 }
 
-// Takes the query-new option at args[i] (and its values): true when it was one, with `error` set when
-// it was malformed.
-bool TakeQueryOption(const std::vector<std::string>& args, std::size_t& i, QueryChoices& choices, std::string& error) {
-  const std::string& arg = args[i];
-  const bool hasValue = i + 1 < args.size();
-  if (arg == "--site" && hasValue && (args[i + 1] == "usa" || args[i + 1] == "uk")) {
-    choices.query.site = args[++i] == "usa" ? sites::Site::USA : sites::Site::UK;
-    return true;
+// --NAME-greater N, --NAME-less N, --NAME-range A B for the items' `what`: at most one of them,
+// given once. Each is taken as it is read, so that a second one is caught whatever its name.
+void AddFilter(CLI::App& command, const std::string& name, const std::string& what, query::FilterSpec& filter) {
+  using Test = query::FilterSpec::Test;
+  for (const auto& [suffix, kind, bounds] : {std::tuple{"-greater", Test::Greater, "above N"},
+                                             {"-less", Test::Less, "below N"},
+                                             {"-range", Test::Range, "from A to B"}}) {
+    const Test test = kind;
+    const int values = test == Test::Range ? 2 : 1;
+    command
+        .add_option_function<std::vector<std::int32_t>>(
+            "--" + name + suffix,
+            [&filter, name, test, values](const std::vector<std::int32_t>& given) {
+              if (static_cast<int>(given.size()) != values) {
+                throw CLI::ValidationError("--" + name + "-range: needs 2 values (A B)");
+              }
+              if (filter.test != Test::Any) throw CLI::ValidationError("only one " + name + " test may be given");
+              filter = test == Test::Greater ? query::FilterSpec::GreaterThan(given[0])
+                       : test == Test::Less  ? query::FilterSpec::LessThan(given[0])
+                                             : query::FilterSpec::Between(given[0], given[1]);
+            },
+            "keep the items whose " + what + " is " + bounds)
+        ->expected(values)
+        ->allow_extra_args(false)
+        ->trigger_on_parse()
+        ->type_name(values == 2 ? "A B" : "N")
+        ->check(FilterBound());
   }
-  if (arg == "--keywords" && hasValue) {
-    choices.query.keywords = args[++i];
-    return true;
-  }
-  if (arg == "--page-depth" && hasValue) {
-    if (!ReadInt(args[i + 1], choices.query.pageDepth) || choices.query.pageDepth < 1 ||
-        choices.query.pageDepth > 10000) {
-      error = "--page-depth is a whole number from 1 to 10000";
-      return true;
-    }
-    ++i;
-    return true;
-  }
-  if (arg == "--category" && hasValue) {
-    // A file the program itself would refuse to load is not written.
-    if (choices.query.categories.size() >= static_cast<std::size_t>(net::limits::kMaxQueryCategories)) {
-      error = "a query holds at most " + std::to_string(net::limits::kMaxQueryCategories) + " categories";
-      return true;
-    }
-    choices.query.categories.push_back(args[++i]);
-    return true;
-  }
-  if (arg == "--sort" && hasValue) {
-    const std::string& value = args[++i];
-    if (value == "date")
-      choices.query.sort = query::SortColumn::DateEnded;
-    else if (value == "title")
-      choices.query.sort = query::SortColumn::Title;
-    else if (value == "price")
-      choices.query.sort = query::SortColumn::Price;
-    else if (value == "bids")
-      choices.query.sort = query::SortColumn::Bids;
-    else {
-      error = "--sort is date, title, price or bids";
-      return true;
-    }
-    return true;
-  }
-  if (arg == "--descending") {
-    choices.query.ascending = false;
-    return true;
-  }
-  if (arg == "--output" && hasValue) {
-    choices.output = args[++i];
-    if (choices.output.empty()) {
-      error = "--output needs a file name";
-      return true;
-    }
-    return true;
-  }
-  for (auto [name, filter] :
-       {std::pair{"bids", &choices.query.bids}, {"price", &choices.query.price}, {"days", &choices.query.days}}) {
-    if (ParseFilter(args, i, name, *filter, error)) return true;
-    if (!error.empty()) return false;
-  }
-  error = "unknown option: " + arg;
-  return true;
 }
 
 // query-new [options] --output FILE.sbqry: saves the query the dialog would save for the same choices.
 class QueryNewCommand : public Command {
  public:
-  std::string_view Name() const override { return "query-new"; }
-  bool TakeArgument(const std::vector<std::string>& args, std::size_t& i, std::string& error) override {
-    return TakeQueryOption(args, i, m_choices, error);
+  CLI::App* AddTo(CLI::App& program) override {
+    CLI::App* command =
+        program.add_subcommand("query-new", "Saves the query file the query dialog would save for the same choices.");
+    query::QuerySpec& spec = m_choices.query;
+    AddSite(*command, spec.site, "the site to search; usa unless told otherwise");
+    command
+        ->add_option("--keywords", spec.keywords,
+                     "words or phrases separated by commas: an item is kept when its title holds any of them, "
+                     "in any case")
+        ->type_name("TEXT");
+    command->add_option("--page-depth", spec.pageDepth, "the listing pages to scan per category (default 1)")
+        ->type_name("N")
+        ->check(CLI::Validator(
+            [](std::string& text) {
+              std::int32_t depth = 0;
+              return ReadInt(text, depth) && depth >= 1 && depth <= 10000
+                         ? std::string()
+                         : "\"" + text + "\" is not a whole number from 1 to 10000";
+            },
+            ""));
+    command
+        ->add_option_function<std::vector<std::string>>(
+            "--category",
+            [&spec](const std::vector<std::string>& names) {
+              // A file the program itself would refuse to load is not written.
+              if (names.size() > static_cast<std::size_t>(net::limits::kMaxQueryCategories)) {
+                throw CLI::ValidationError("a query holds at most " + std::to_string(net::limits::kMaxQueryCategories) +
+                                           " categories");
+              }
+              spec.categories = names;
+            },
+            "a category to search, named as the site's home page shows it; repeatable")
+        ->type_name("NAME")
+        ->expected(1)
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    AddFilter(*command, "bids", "count of bids", spec.bids);
+    AddFilter(*command, "price", "price (in whole units of the site's currency)", spec.price);
+    AddFilter(*command, "days", "number of days left", spec.days);
+    AddChoice(
+        *command, "--sort", {"date", "title", "price", "bids"},
+        [&spec](std::size_t index) {
+          spec.sort = std::array{query::SortColumn::DateEnded, query::SortColumn::Title, query::SortColumn::Price,
+                                 query::SortColumn::Bids}
+                          .at(index);
+        },
+        "the column the result list is sorted by");
+    command->add_flag_callback(
+        "--descending", [&spec] { spec.ascending = false; }, "sort in descending order");
+    command
+        ->add_option_function<std::string>(
+            "--output", [this](const std::string& file) { m_choices.output = file; }, "the query file to write")
+        ->type_name("FILE.sbqry")
+        ->required()
+        ->check(CLI::Validator(
+            [](std::string& file) { return file.empty() ? std::string("needs a file name") : std::string(); }, ""));
+    command->footer("Each of bids, price and days takes at most one test.");
+    return command;
   }
-  std::string Check() const override {
-    return m_choices.output.empty() ? "query-new needs --output FILE.sbqry" : std::string();
-  }
+
   bool NeedsRun() const override { return false; }
 
   int Run(CommandContext& context) override {

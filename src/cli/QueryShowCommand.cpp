@@ -2,6 +2,8 @@
 // Copyright 2026 The Gavelscope developers
 #include <ostream>
 
+#include <CLI/CLI.hpp>
+
 #include "cli/Command.h"
 #include "query/QueryFile.h"
 
@@ -12,20 +14,18 @@ namespace {
 // query-show FILE.sbqry: a saved query's fields as the file stores them, then its categories.
 class QueryShowCommand : public Command {
  public:
-  std::string_view Name() const override { return "query-show"; }
-
-  bool TakeArgument(const std::vector<std::string>& args, std::size_t& i, std::string&) override {
-    if (m_file || args[i].starts_with("-")) return false;
-    m_file = args[i];
-    return true;
+  CLI::App* AddTo(CLI::App& program) override {
+    CLI::App* command = program.add_subcommand(
+        "query-show", "Prints a query file's settings, one \"field: value\" line each, then its categories.");
+    AddQueryFile(*command, m_files);
+    return command;
   }
 
-  std::string Check() const override { return m_file ? std::string() : "query-show needs a query file"; }
   bool NeedsRun() const override { return false; }
 
   int Run(CommandContext& context) override {
     std::string description;
-    const base::Outcome read = query::DescribeQueryFile(*m_file, description);
+    const base::Outcome read = query::DescribeQueryFile(m_files.front(), description);
     if (!read) {
       context.err << read.error << '\n';
       return kExitFailure;
@@ -36,7 +36,7 @@ class QueryShowCommand : public Command {
   }
 
  private:
-  std::optional<std::filesystem::path> m_file;
+  std::vector<std::string> m_files;
 };
 
 }  // namespace

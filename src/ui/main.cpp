@@ -11,8 +11,11 @@
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include <CLI/CLI.hpp>
 
 #include "app/InstanceGuard.h"
 #include "app/ProgramSetup.h"
@@ -22,14 +25,8 @@
 
 namespace {
 
-constexpr const char* kUsage =
-    "Usage: gavelscope [--connect-to HOST:PORT:ADDR:PORT]... [--sandbox] [--screenshot FILE]\n"
-    "\n"
-    "Opens the Gavelscope window. --connect-to sends connections meant for HOST:PORT to ADDR:PORT\n"
-    "(URLs and Host headers stay as they are); --sandbox starts the bundled stand-in sites.\n"
-    "--screenshot skips the welcome notice, saves a picture of the window to FILE (PNG) once the\n"
-    "start-up loads have finished, and closes the window.\n"
-    "For the command-line program, see gavelscope-cli --help.\n";
+constexpr const char* kDescription =
+    "Opens the Gavelscope window. For the command-line program, see gavelscope-cli --help.";
 
 bool HasDisplay() {
   for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
@@ -51,30 +48,18 @@ int main(int argc, char** argv) {
   using namespace gavelscope;
   const std::vector<std::string> args(argv + 1, argv + argc);
   app::SharedOptions shared;
-  QString screenshot;
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    const std::string& arg = args[i];
-    if (arg == "--help" || arg == "-h") {
-      std::cout << kUsage;
-      return 0;
-    }
-    if (arg == "--version") {
-      std::cout << "gavelscope 2.0\n";
-      return 0;
-    }
-    std::string error;
-    if (app::TakeSharedOption(args, i, shared, error)) {
-      if (error.empty()) continue;
-      std::cerr << "gavelscope: " << error << "\n\n" << kUsage;
-      return 2;
-    }
-    if (arg == "--screenshot" && i + 1 < args.size()) {
-      screenshot = QString::fromLocal8Bit(args[++i].c_str());
-    } else {
-      std::cerr << "gavelscope: unknown option: " << arg << "\n\n" << kUsage;
-      return 2;
-    }
-  }
+  std::string screenshotFile;
+  CLI::App commandLine(kDescription, "gavelscope");
+  app::AddSharedOptions(commandLine, "gavelscope 2.0", shared);
+  commandLine
+      .add_option("--screenshot", screenshotFile,
+                  "skip the welcome notice, save a PNG picture of the window to FILE once the start-up loads have "
+                  "finished, and close the window")
+      ->type_name("FILE")
+      ->check(CLI::Validator(
+          [](std::string& file) { return file.empty() ? std::string("needs a file name") : std::string(); }, ""));
+  if (const std::optional<int> ended = app::ParseCommandLine(commandLine, args, std::cout, std::cerr)) return *ended;
+  const QString screenshot = QString::fromLocal8Bit(screenshotFile.c_str());
   if (!HasDisplay()) {
     std::cerr << "gavelscope: no display to open the window on; gavelscope-cli runs without one\n";
     return 1;

@@ -2,6 +2,7 @@
 // Copyright 2026 The Gavelscope developers
 #include "cli/CliApp.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <signal.h>
@@ -54,38 +55,114 @@ std::optional<int> WaitForExit(pid_t child, std::chrono::milliseconds limit, rus
   return WEXITSTATUS(status);
 }
 
+// The window program, run for its command line alone: without a display it goes no further.
+Outcome RunWindow(const std::vector<std::string>& args) {
+  testing::TempFolder folder;
+  std::vector<std::string> words{GAVELSCOPE_WINDOW_PATH};
+  words.insert(words.end(), args.begin(), args.end());
+  std::vector<char*> argv;
+  for (std::string& word : words) argv.push_back(word.data());
+  argv.push_back(nullptr);
+  char* envp[] = {nullptr};
+  posix_spawn_file_actions_t files;
+  posix_spawn_file_actions_init(&files);
+  posix_spawn_file_actions_addopen(&files, 1, (folder / "out").c_str(), O_WRONLY | O_CREAT, 0600);
+  posix_spawn_file_actions_addopen(&files, 2, (folder / "err").c_str(), O_WRONLY | O_CREAT, 0600);
+  pid_t child = 0;
+  const int spawned = posix_spawn(&child, argv[0], &files, nullptr, argv.data(), envp);
+  posix_spawn_file_actions_destroy(&files);
+  if (spawned != 0) return {-1, "", "cannot start " + words[0]};
+  const std::optional<int> status = WaitForExit(child, 30s);
+  return {status.value_or(-1), testing::ReadFileBytes(folder / "out"), testing::ReadFileBytes(folder / "err")};
+}
+
 struct UsageCase {
   const char* name;
+  bool window;  // the window program rather than gavelscope-cli
   std::vector<std::string> args;
+  std::string what;  // what the first line of the message says is wrong
 };
 
 void PrintTo(const UsageCase& c, std::ostream* os) {
   *os << c.name;
 }
 
-class CliUsageErrors : public ::testing::TestWithParam<UsageCase> {};
+class UsageErrors : public ::testing::TestWithParam<UsageCase> {};
 
-TEST_P(CliUsageErrors, ExitWithTwoAndTheUsage) {
-  const Outcome outcome = RunCommand(GetParam().args);
+// One line says what is wrong, the next where the help is; nothing is started.
+TEST_P(UsageErrors, ExitWithTwoAndOneLineOnWhatIsWrong) {
+  const UsageCase& c = GetParam();
+  const Outcome outcome = c.window ? RunWindow(c.args) : RunCommand(c.args);
+  const std::string program = c.window ? "gavelscope" : "gavelscope-cli";
   EXPECT_EQ(outcome.status, kExitUsage);
-  EXPECT_TRUE(outcome.out.empty());
-  EXPECT_NE(outcome.err.find("Usage: gavelscope-cli"), std::string::npos);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_TRUE(outcome.err.starts_with(program + ": " + c.what + "\nRun '" + program + " ")) << outcome.err;
+  EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 2) << outcome.err;
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Cli, CliUsageErrors,
-    ::testing::Values(UsageCase{"NoCommand", {}}, UsageCase{"UnknownCommand", {"bogus"}},
-                      UsageCase{"SiteUnknown", {"categories", "--site", "fr"}},
-                      UsageCase{"ConnectToMalformed", {"--connect-to", "host:80", "categories", "--site", "uk"}},
-                      UsageCase{"EmptyExport", {"auctions", "--site", "uk", "--export", ""}},
-                      UsageCase{"EmptyOutput", {"query-new", "--output", ""}},
-                      UsageCase{"TwoBidTests", {"query-new", "--bids-less", "1", "--bids-less", "2", "--output", "q"}}),
+    Cli, UsageErrors,
+    ::testing::Values(
+        UsageCase{"NoCommand", false, {}, "no command given"},
+        UsageCase{"UnknownCommand", false, {"bogus"}, "unknown command: bogus"},
+        UsageCase{"UnknownOption", false, {"history", "--site", "uk", "--bogus=1"}, "unknown option: --bogus"},
+        UsageCase{"SiteMissing", false, {"categories"}, "--site is required"},
+        UsageCase{"SiteUnknown", false, {"categories", "--site", "fr"}, "--site: \"fr\" is not usa|uk"},
+        UsageCase{"QueryNewSiteUnknown",
+                  false,
+                  {"query-new", "--site", "fr", "--output", "q"},
+                  "--site: \"fr\" is not usa|uk"},
+        UsageCase{"OutputWithoutValue", false, {"query-new", "--output"}, "--output: needs a value (FILE.sbqry)"},
+        UsageCase{"EmptyOutput", false, {"query-new", "--output", ""}, "--output: needs a file name"},
+        UsageCase{"EmptyExport",
+                  false,
+                  {"auctions", "--site", "uk", "--export", ""},
+                  "--export: needs a file name, or - for standard output"},
+        UsageCase{"FormatUnknown",
+                  false,
+                  {"auctions", "--site", "uk", "--format", "xml"},
+                  "--format: \"xml\" is not text|csv|json"},
+        UsageCase{"ItemWithFormat",
+                  false,
+                  {"keywords", "--site", "uk", "--item", "Art", "--format=csv"},
+                  "--format excludes --item"},
+        UsageCase{"SecondQueryFile", false, {"query", "a.sbqry", "b.sbqry"}, "query takes one query file, not 2"},
+        UsageCase{"TwoBidTests",
+                  false,
+                  {"query-new", "--bids-less", "1", "--bids-greater", "2", "--output", "q"},
+                  "only one bids test may be given"},
+        UsageCase{"OneBoundOfARange",
+                  false,
+                  {"query-new", "--price-range", "5", "--output", "q"},
+                  "--price-range: needs 2 values (A B)"},
+        UsageCase{"UnsavableBound",
+                  false,
+                  {"query-new", "--days-less", "-1", "--output", "q"},
+                  "--days-less: cannot take -1"},
+        UsageCase{"ConnectToMalformed",
+                  false,
+                  {"categories", "--site", "uk", "--connect-to", "host:80"},
+                  "--connect-to: \"host:80\" is not HOST:PORT:ADDR:PORT"},
+        UsageCase{"WindowConnectToMalformed",
+                  true,
+                  {"--connect-to", "foo"},
+                  "--connect-to: \"foo\" is not HOST:PORT:ADDR:PORT"},
+        UsageCase{"WindowScreenshotWithoutValue", true, {"--screenshot"}, "--screenshot: needs a value (FILE)"},
+        UsageCase{"WindowArgument", true, {"stray"}, "unexpected argument: stray"}),
     [](const auto& info) { return std::string(info.param.name); });
 
-TEST(Cli, HelpAndVersionGoToStdout) {
-  EXPECT_EQ(RunCommand({"--help"}).status, kExitOk);
-  EXPECT_NE(RunCommand({"--help"}).out.find("categories --site usa|uk"), std::string::npos);
-  EXPECT_EQ(RunCommand({"--version"}).out, "gavelscope-cli 2.0\n");
+TEST(Cli, EveryCommandHasItsOwnHelp) {
+  for (const char* command : {"categories", "keywords", "auctions", "history", "query", "query-new", "query-show"}) {
+    const Outcome outcome = RunCommand({"--sandbox", command, "--help"});
+    EXPECT_EQ(outcome.status, kExitOk) << command;
+    EXPECT_TRUE(outcome.out.starts_with("Usage: gavelscope-cli " + std::string(command) + " ")) << outcome.out;
+  }
+  EXPECT_NE(RunCommand({"--help"}).out.find("\n  query-new  "), std::string::npos);
+  EXPECT_EQ(RunCommand({"query", "--version"}).out, "gavelscope-cli 2.0\n");
+  const Outcome window = RunWindow({"--help"});
+  EXPECT_EQ(window.status, kExitOk);
+  EXPECT_TRUE(window.out.starts_with("Usage: gavelscope [--connect-to HOST:PORT:ADDR:PORT]... [--sandbox]"))
+      << window.out;
 }
 
 TEST(Cli, NoInternetEndsWithTheSystemMessage) {
@@ -100,13 +177,16 @@ TEST(Cli, NoInternetEndsWithTheSystemMessage) {
 }
 
 TEST(Cli, SandboxOptionRunsCommandsWhoseExportsGoToStdoutOrAFile) {
-  const Outcome categories = RunCommand({"--sandbox", "categories", "--site", "usa"});
+  // The program's own options go after the command as well as before it.
+  const Outcome categories = RunCommand({"categories", "--site=usa", "--sandbox"});
   ASSERT_EQ(categories.status, kExitOk) << categories.err;
   EXPECT_TRUE(categories.out.starts_with("Antiques\t/Antiques_W0QQsacatZ1000/list\n")) << categories.out;
   std::vector<std::string> args{"--sandbox", "keywords", "--site", "usa", "--item", "Antiques"};
   const Outcome item = RunCommand(args);
   ASSERT_EQ(item.status, kExitOk) << item.err;
   EXPECT_NE(item.out.find("\thttp://search.ebay.com/"), std::string::npos) << item.out;
+  args.back() = "ANTIQUES";
+  EXPECT_EQ(RunCommand(args).out, item.out);
   args.back() = "No Such Category";
   EXPECT_EQ(RunCommand(args).status, kExitFailure);
 
@@ -136,7 +216,7 @@ TEST(Cli, QueryFilesAreWrittenShownAndReportedWhenTheyFail) {
   const std::string file = (folder / "q.sbqry").string();
   const Outcome saved =
       RunCommand({"query-new", "--category", "Toys", "--category", "Dolls", "--keywords", " lego, duplo ",
-                  "--page-depth", "3", "--bids-range", "2", "9", "--sort", "title", "--descending", "--output", file});
+                  "--page-depth=3", "--bids-range", "2", "9", "--sort", "title", "--descending", "--output=" + file});
   ASSERT_EQ(saved.status, kExitOk) << saved.err;
   const Outcome shown = RunCommand({"query-show", file});
   ASSERT_EQ(shown.status, kExitOk) << shown.err;

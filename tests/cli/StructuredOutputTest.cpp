@@ -121,11 +121,5 @@ INSTANTIATE_TEST_SUITE_P(
         ListCase{"query", {"query", "QUERY"}, "\t\t\t", {"time_left", "bids_text", "price_text", "title"}, true}),
     [](const auto& info) { return std::string(info.param.name); });
 
-TEST(Cli, FormatOtherThanTextCsvOrJsonIsAUsageError) {
-  std::ostringstream out, err;
-  EXPECT_EQ(RunCli({"auctions", "--site", "uk", "--format", "xml"}, CliEnvironment{}, out, err), kExitUsage);
-  EXPECT_TRUE(err.str().starts_with("gavelscope-cli: --format is text, csv or json, not \"xml\"\n")) << err.str();
-}
-
 }  // namespace
 }  // namespace gavelscope::cli
