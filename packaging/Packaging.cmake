@@ -59,3 +59,10 @@ configure_file("${GAVELSCOPE_PACKAGING_DIR}/prerm.in" "${CMAKE_BINARY_DIR}/packa
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA "${CMAKE_BINARY_DIR}/packaging/prerm")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 include(CPack)
+
+# The daily recording into the research store, as a user service and its timer. Both are off until the
+# user enables the timer (systemctl --user enable --now gavelscope-record.timer): nothing is recorded
+# otherwise. User units live in lib/systemd/user whatever the machine's library folder is called.
+install(FILES "${GAVELSCOPE_PACKAGING_DIR}/systemd/gavelscope-record.service"
+  "${GAVELSCOPE_PACKAGING_DIR}/systemd/gavelscope-record.timer"
+  DESTINATION lib/systemd/user)

@@ -6,7 +6,7 @@
 Run with Debian's interpreter (it has pyftpdlib):
 
     /usr/bin/python3 sandbox/sandbox.py [--categories N] [--subcategories N] [--keywords N]
-                                        [--items N] [--pages N] [--history N]
+                                        [--items N] [--pages N] [--history N] [--day N]
                                         [--ftp-root DIR] [--hostile MODE]...
 
 One HTTP server answers for every host by the Host header; one FTP server holds the vendor's

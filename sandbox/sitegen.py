@@ -2,7 +2,7 @@
 # Copyright 2026 The Gavelscope developers
 """Deterministic stand-in content for the two eBay sites and the vendor's servers.
 
-Everything follows from six size knobs: the same knobs always give the same bytes, and a page costs
+Everything follows from six size knobs and a day: the same knobs always give the same bytes, and a page costs
 nothing until it is asked for (a 10,000-row listing page is built only when fetched). Only the
 catalogue itself (names, counts, keywords) is built up front; it is small even for big sites. The
 home pages and category list files, asked for by every run, are kept once built.
@@ -12,6 +12,10 @@ for those knobs; `sitegen.py auctions usa|uk [...]` and `sitegen.py history usa|
 for its auction export and its hot item history export; `sitegen.py query-rows --site usa|uk
 --category NAME --page-depth N [--keywords TEXT] [filters] [...]` the rows a hot item query
 finds (there the keyword knob is spelt --keyword-count).
+
+`--day N` (default 0) moves the sites on by N days: each sub-category's count drifts by up to a fifth,
+about one sub-category in eight swaps its first two keywords (so the Top 100 changes), and each day
+puts a new item in about one listing row in five. Day 0 is the content the other knobs always gave.
 
 Pages are Windows-1252 text, encoded here and nowhere else: the pound sign is the byte 0xA3.
 
@@ -230,6 +234,16 @@ def c_atoi(text: str) -> int:
     """A count text's sort value as the program reads it: "25,487" is 25, an empty text 0."""
     match = re.match(r"[ \t\n\v\f\r]*([+-]?[0-9]+)", text)
     return int(match[1]) if match else 0
+
+
+def day_mix(*numbers: int) -> int:
+    """A well-mixed 32-bit number from a few small ones. The day's changes draw from this rather than
+    from the generator's random streams, which must go on giving day 0 exactly as before."""
+    value = 0x9E3779B9
+    for number in numbers:
+        value = ((value ^ number) * 0x85EBCA6B + 0xC2B2AE35) & 0xFFFFFFFF
+        value ^= value >> 13
+    return value
 
 
 def upper(text: str) -> str:
@@ -550,6 +564,9 @@ class SiteContent:
                 first, rest = name.split(" ", 1)
                 name = f"<b>{first}</b> {rest}"
             count = rng.randint(1000, 99999) if si % 2 == 0 else rng.randint(3, 999)
+            ident = (ci + 1) * 1000 + si + 1
+            if knobs.day:
+                count = count * (80 + day_mix(self.site.index, ident, knobs.day) % 41) // 100
             top = next(tops)
             if ci == 0 and si == 1:
                 top = subs[0].keywords[0]  # shared, so listed once in the Top 100
@@ -564,6 +581,9 @@ class SiteContent:
                     lines = (KeywordLine(lines[0].keywords, dangling=rng.choice(phrases)),)
                 elif odd == REPLACED:
                     lines = (KeywordLine(self._ranked(next(tops), rng, phrases)), *lines)
+                elif knobs.day and day_mix(self.site.index, ident, knobs.day, 1) % 8 == 0:
+                    first, *rest = lines[0].keywords
+                    lines = (KeywordLine((*rest[:1], first, *rest[1:])),)
             subs.append(SubCategory(self.site, ci, si, name, f"{count:,}", lines, cat_path))
         return subs
 
@@ -572,10 +592,22 @@ class SiteContent:
 
     # -- items --
 
-    def item(self, sub: SubCategory, page: int, row: int) -> Item:
-        """One row of a listing: each row has a seed of its own, so any row costs the same."""
-        rng = random.Random(((self.site.index * 1_000_000 + sub.ident) * 1000 + page) * 100_000
-                            + row)
+    def listed_day(self, sub: SubCategory, page: int, row: int) -> int:
+        """The day the item in a listing row was put there: each day after day 0 takes the row
+        with a chance of one in five, and the item stays until another day takes the row."""
+        for day in range(self.knobs.day, 0, -1):
+            if day_mix(self.site.index, sub.ident, page, row, day) % 5 == 0:
+                return day
+        return 0
+
+    def item(self, sub: SubCategory, page: int, row: int, day: int | None = None) -> Item:
+        """One row of a listing: each row has a seed of its own, so any row costs the same. An item
+        listed after day 0 (`day`, by default the one the row shows now) has a seed and a number of
+        its own."""
+        if day is None:
+            day = self.listed_day(sub, page, row)
+        seed = ((self.site.index * 1_000_000 + sub.ident) * 1000 + page) * 100_000 + row
+        rng = random.Random(f"{seed}/{day}" if day else seed)
         title = random_title(rng, sub.keywords)
         cents = max(99, rng.randint(0, 10 ** rng.randint(1, 4)) * 100
                     + rng.choice((99, 0, 50, rng.randint(1, 98))))
@@ -610,18 +642,24 @@ class SiteContent:
         time_left = awkward.get("time_left", time_left)
         markup = awkward.get("markup", markup)
         before_time = awkward.get("before_time", before_time)
-        number = int(f"{sub.ident}{page:03d}{row + 1:05d}")
+        # The day goes between the sub-category and the page: at least 8 digits ahead of the last 8,
+        # which no sub-category's number reaches, so the two forms never read as each other.
+        number = int(f"{sub.ident}{day:04d}{page:03d}{row + 1:05d}" if day else
+                     f"{sub.ident}{page:03d}{row + 1:05d}")
         return Item(number, sub, page, row, title, price, green, bids, time_left, picture, seller,
                     markup, before_time)
 
     def item_by_number(self, number: str) -> Item | None:
         if not number.isdigit() or len(number) < 12:
             return None
-        sub = self.subs_by_id.get(int(number[:-8]))
+        sub, day = self.subs_by_id.get(int(number[:-8])), 0
+        if sub is None and len(number) >= 16:
+            sub, day = self.subs_by_id.get(int(number[:-12])), int(number[-12:-8])
         page, row = int(number[-8:-5]), int(number[-5:]) - 1
         if sub is None or not 1 <= page <= self.knobs.pages or not 0 <= row < self.knobs.items:
             return None
-        return self.item(sub, page, row)
+        # An item replaced since keeps its page; one listed after today has none yet.
+        return self.item(sub, page, row, day) if day <= self.knobs.day else None
 
     def hot_items(self, wanted: int) -> list:
         """Well-bid items priced in the site's own currency, one per sub-category at most."""
@@ -1106,18 +1144,18 @@ BANNERS = (
 # --- The whole world -----------------------------------------------------------------------------
 
 class SiteGenerator:
-    """Both eBay sites plus the vendor's web and FTP content, from six size knobs."""
+    """Both eBay sites plus the vendor's web and FTP content, from six size knobs and a day."""
 
     DEFAULTS = {"categories": 34, "subcategories": 10, "keywords": 25, "items": 25, "pages": 3,
-                "history": 40}
+                "history": 40, "day": 0}
     LIMITS = {"categories": (1, 99), "subcategories": (1, 999), "keywords": (1, 1000),
-              "items": (1, 99999), "pages": (1, 999), "history": (0, 1_000_000)}
+              "items": (1, 99999), "pages": (1, 999), "history": (0, 1_000_000), "day": (0, 9999)}
 
     def __init__(self, categories=DEFAULTS["categories"], subcategories=DEFAULTS["subcategories"],
                  keywords=DEFAULTS["keywords"], items=DEFAULTS["items"], pages=DEFAULTS["pages"],
-                 history=DEFAULTS["history"]):
+                 history=DEFAULTS["history"], day=DEFAULTS["day"]):
         self.categories, self.subcategories, self.keywords = categories, subcategories, keywords
-        self.items, self.pages, self.history = items, pages, history
+        self.items, self.pages, self.history, self.day = items, pages, history, day
         for name, (lowest, highest) in self.LIMITS.items():
             value = getattr(self, name)
             if not isinstance(value, int) or not lowest <= value <= highest:
@@ -1274,6 +1312,7 @@ KNOB_HELP = {
     "items": "items per listing page",
     "pages": "pages per listing",
     "history": "lines in the FTP server's hot item history",
+    "day": "days the sites have moved on: counts, some top keywords and listing rows change",
 }
 
 

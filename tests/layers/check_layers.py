@@ -23,6 +23,7 @@ BELOW = {
     "banner": {"base", "net", "sites"},
     "query": {"base", "net", "sites", "hotitems"},
     "insights": {"base", "net", "sites", "keywords", "auctions", "hotitems", "query"},
+    "store": {"base", "net", "sites", "keywords", "auctions", "hotitems", "query", "insights"},
     "app": {"base", "net", "sites", "keywords", "auctions", "hotitems", "query", "standin"},
 }
 BELOW["cli"] = set(BELOW) - {"cli"}

@@ -54,7 +54,8 @@ for package in python3 python3-pyftpdlib libcurl4 libqt6widgets6 libstdc++6; do
 done
 dpkg-deb --info "$deb" prerm >/dev/null 2>&1 || fail "no prerm script to clear the stand-in sites' compiled modules"
 
-# Contents: the programs and their shared files, every icon, and nothing of the tests.
+# Contents: the programs and their shared files, every icon, the recording timer's user units, and
+# nothing of the tests.
 dpkg-deb --contents "$deb" | awk '{print $6}' | sed 's#^\./#/#' >"$work/files"
 for file in /usr/bin/gavelscope /usr/bin/gavelscope-cli \
   /usr/share/gavelscope/gavelscope.png /usr/share/gavelscope/About.gif \
@@ -65,10 +66,12 @@ for file in /usr/bin/gavelscope /usr/bin/gavelscope-cli \
   /usr/share/icons/hicolor/scalable/apps/gavelscope.svg \
   /usr/share/applications/gavelscope.desktop /usr/share/metainfo/io.github.gavelscope.Gavelscope.metainfo.xml \
   /usr/share/man/man1/gavelscope.1 /usr/share/man/man1/gavelscope-cli.1 \
-  /usr/share/bash-completion/completions/gavelscope-cli /usr/share/doc/gavelscope/copyright; do
+  /usr/share/bash-completion/completions/gavelscope-cli /usr/share/doc/gavelscope/copyright \
+  /usr/lib/systemd/user/gavelscope-record.service /usr/lib/systemd/user/gavelscope-record.timer; do
   grep -qx "$file" "$work/files" || fail "the package lacks $file"
 done
-grep -v -e '/$' "$work/files" | grep -v -e '^/usr/bin/gavelscope$' -e '^/usr/bin/gavelscope-cli$' -e '^/usr/share/' |
+grep -v -e '/$' "$work/files" | grep -v -e '^/usr/bin/gavelscope$' -e '^/usr/bin/gavelscope-cli$' -e '^/usr/share/' \
+  -e '^/usr/lib/systemd/user/gavelscope-record\.\(service\|timer\)$' |
   sed 's/^/FAIL: outside the programs and share\/: /' | grep . && failures=$((failures + 1))
 grep -i -e test -e gtest -e bench -e fuzz -e '\.a$' -e '/include/' "$work/files" |
   sed 's/^/FAIL: not part of the product: /' | grep . && failures=$((failures + 1))

@@ -44,6 +44,22 @@ class StandInTest(unittest.TestCase):
             url = found and "http://listings.ebay.co.uk" + found[1].decode()
         self.assertEqual(pages, KNOBS["pages"])
 
+    def test_a_later_day_moves_counts_top_keywords_and_listing_rows_on(self):
+        self.assertEqual(SiteGenerator(**KNOBS, day=0).uk.category_list(), self.generator.uk.category_list())
+        days = [SiteGenerator(**KNOBS, day=day) for day in range(1, 6)]
+        self.assertTrue(all(g.uk.auction_rows() != self.generator.uk.auction_rows() for g in days))
+        self.assertTrue(any(g.uk.top100() != self.generator.uk.top100() for g in days))
+        # Each row's item has a page from the day it was listed on, and none before.
+        later, earlier = days[-1], days[-2]
+        sub = next(iter(later.uk.subs_by_id.values()))
+        items = [later.uk.item(sub, page, row) for page in (1, 2) for row in range(KNOBS["items"])]
+        self.assertGreater(sum(item.number != self.generator.uk.item(sub, item.page, item.row).number
+                               for item in items), 0)
+        for item in items:
+            self.assertEqual(later.uk.item_by_number(str(item.number)), item)
+            listed = later.uk.listed_day(sub, item.page, item.row)
+            self.assertEqual(earlier.uk.item_by_number(str(item.number)) is None, listed == 5)
+
     def get(self, modes, host, path, chunks=4):
         answer = Hostile(self.generator, modes).http_get(host, path)
         return b"".join(itertools.islice(answer.chunks, chunks)).decode("cp1252")
