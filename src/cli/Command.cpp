@@ -127,6 +127,33 @@ int SiteCommand::WriteExport(const std::string& text, CommandContext& context) c
   return cli::WriteExport(text, m_export, context);
 }
 
+void StoreOptions::AddTo(CLI::App& command, bool format) {
+  command.add_option_function<std::string>(
+             "--db", [this](const std::string& name) { m_file = name; },
+             "the research store to use instead of $XDG_DATA_HOME/gavelscope/research.sqlite")
+      ->type_name("FILE")
+      ->check(CLI::Validator(
+          [](std::string& name) { return name.empty() ? std::string("needs a file name") : std::string(); }, ""));
+  if (!format) return;
+  AddChoice(
+      command, "--format", {"text", "csv", "json"},
+      [this](std::size_t index) {
+        m_format = std::array{store::Format::Text, store::Format::Csv, store::Format::Json}.at(index);
+      },
+      "text to read (the default), or a CSV table or one JSON object, in UTF-8");
+}
+
+std::filesystem::path StoreOptions::file() const {
+  return m_file.value_or(store::DefaultStorePath());
+}
+
+std::unique_ptr<store::ResearchStore> StoreOptions::OpenExisting(std::ostream& err) const {
+  base::Outcome opened;
+  std::unique_ptr<store::ResearchStore> research = store::ResearchStore::Open(file(), {.create = false}, opened);
+  if (!research) err << opened.error << '\n';
+  return research;
+}
+
 std::vector<std::unique_ptr<Command>> AllCommands() {
   std::vector<std::unique_ptr<Command>> commands;
   commands.push_back(MakeCategoriesCommand());
@@ -136,6 +163,10 @@ std::vector<std::unique_ptr<Command>> AllCommands() {
   commands.push_back(MakeQueryCommand());
   commands.push_back(MakeQueryNewCommand());
   commands.push_back(MakeQueryShowCommand());
+  commands.push_back(MakeRecordCommand());
+  commands.push_back(MakeSnapshotsCommand());
+  commands.push_back(MakeTrendsCommand());
+  commands.push_back(MakeForgetCommand());
   return commands;
 }
 

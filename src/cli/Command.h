@@ -18,6 +18,8 @@
 #include "insights/Statistics.h"
 #include "keywords/CategoryTree.h"
 #include "sites/SiteProfile.h"
+#include "store/Render.h"
+#include "store/ResearchStore.h"
 
 namespace CLI {
 class App;
@@ -95,6 +97,22 @@ class SiteCommand : public Command {
   bool m_exports;
 };
 
+// --db FILE, and --format text|csv|json for the commands that print the store's answers.
+class StoreOptions {
+ public:
+  void AddTo(CLI::App& command, bool format);
+  // --db, or the store every program shares.
+  std::filesystem::path file() const;
+  store::Format format() const { return m_format; }
+  // The store as it is: a missing one is a failure, so that reading never leaves an empty file.
+  // Null after saying why on `err`.
+  std::unique_ptr<store::ResearchStore> OpenExisting(std::ostream& err) const;
+
+ private:
+  std::optional<std::filesystem::path> m_file;
+  store::Format m_format = store::Format::Text;
+};
+
 // --NAME WORD, where WORD is one of `words`: `chosen` gets its index. Any other word is a usage error
 // that names them.
 CLI::Option* AddChoice(CLI::App& command, const std::string& name, const std::vector<std::string>& words,
@@ -121,5 +139,9 @@ std::unique_ptr<Command> MakeHistoryCommand();
 std::unique_ptr<Command> MakeQueryCommand();
 std::unique_ptr<Command> MakeQueryNewCommand();
 std::unique_ptr<Command> MakeQueryShowCommand();
+std::unique_ptr<Command> MakeRecordCommand();
+std::unique_ptr<Command> MakeSnapshotsCommand();
+std::unique_ptr<Command> MakeTrendsCommand();
+std::unique_ptr<Command> MakeForgetCommand();
 
 }  // namespace gavelscope::cli
