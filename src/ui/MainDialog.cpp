@@ -6,17 +6,22 @@
 
 #include <QCloseEvent>
 #include <QContextMenuEvent>
+#include <QHelpEvent>
 #include <QKeyEvent>
+#include <QToolTip>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPainter>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
+#include <algorithm>
 #include <cstdio>
 
 #include "ui/AboutDialog.h"
 #include "ui/AnimatedPicture.h"
 #include "ui/ControlViews.h"
+#include "ui/FaceAccess.h"
 #include "ui/GuiThread.h"
 #include "ui/QueryDialog.h"
 #include "ui/Resources.h"
@@ -171,13 +176,25 @@ CMainDialog::CMainDialog(app::ControllerConfig config, base::IUserMessages* mess
   SetTrayIcon(icon);
   SetTrayTip(QStringLiteral("View Gavelscope Results"));
   WatchControls();
-  // Enter and Esc are seen before any child handles them.
+  // The keyboard moves through the views as they stand on the face, then to the search box.
+  QWidget* previous = nullptr;
+  for (ViewId id : {ViewId::TreeUSA, ViewId::TreeUK, ViewId::KeywordsUSA, ViewId::KeywordsUK, ViewId::AuctionsUSA,
+                    ViewId::AuctionsUK, ViewId::HotItemsUSA, ViewId::HotItemsUK, ViewId::QueryResults}) {
+    QWidget* next = view(id);
+    if (previous != nullptr) setTabOrder(previous, next);
+    previous = next;
+  }
+  setTabOrder(previous, m_search);
+  InstallFaceAccessibility();
+  // Enter, Esc and the face's keys are seen before any child handles them.
   qApp->installEventFilter(this);
   m_commands->SelectTab(Tab::Keywords);
 }
 
 CMainDialog::~CMainDialog() {
   qApp->removeEventFilter(this);
+  // It reads the controller's lists on its own thread.
+  m_insights.reset();
   m_bannerStop.request_stop();
   m_bannerThread.reset();
   // The controls are told to nobody before the models they would refresh go.
@@ -334,7 +351,7 @@ bool CMainDialog::AskForNewQuery() {
   const bool started = m_queryDialog ? m_queryDialog() : [this] {
     CQueryDialog dialog(
         m_controller->config().profile, KnownCategoryNames(*m_controller),
-        [this](const query::QuerySpec& query) { return m_commands->StartQuery(query); }, *m_messages, this);
+        [this](const query::QuerySpec& query) { return StartQuery(query); }, *m_messages, this);
     return dialog.exec() == QDialog::Accepted;
   }();
   if (!started) return false;
@@ -352,9 +369,59 @@ void CMainDialog::ShowAbout() {
   about->open();
 }
 
+bool CMainDialog::StartQuery(const query::QuerySpec& query) {
+  m_querySite = query.site;
+  const bool started = m_commands->StartQuery(query);
+  FollowInsights();
+  return started;
+}
+
+InsightsSubject CMainDialog::ShownSubject() const {
+  // Until a query has run, its empty list is read by the selected Site's rules.
+  return {m_commands->tab(), m_commands->site(), m_querySite.value_or(m_commands->site())};
+}
+
+void CMainDialog::FollowInsights() {
+  if (m_insights) m_insights->Follow(ShownSubject());
+}
+
+void CMainDialog::ShowInsights() {
+  if (!m_insights) {
+    m_insights = std::make_unique<CInsightsWindow>(*m_controller, *m_messages);
+    app::CRunController& run = *m_controller;
+    const std::pair<RowsModel*, const base::ObservableControl*> lists[] = {{m_auctionsUSA, &run.AuctionList(Site::USA)},
+                                                                           {m_auctionsUK, &run.AuctionList(Site::UK)},
+                                                                           {m_hotItemsUSA, &run.HotItemList(Site::USA)},
+                                                                           {m_hotItemsUK, &run.HotItemList(Site::UK)},
+                                                                           {m_queryResults, &run.QueryResults()}};
+    // Each model is refreshed on this thread after every change of its list: the Insights window
+    // hears of the change there and gathers the changes up itself.
+    for (const auto& [model, list] : lists) {
+      const auto changed = [this, list = list] { m_insights->ListChanged(*list); };
+      connect(model, &QAbstractItemModel::modelReset, m_insights.get(), changed);
+      connect(model, &QAbstractItemModel::dataChanged, m_insights.get(), changed);
+    }
+    // Beside the face, on the side with more room, narrowed to fit there; where neither side has
+    // room for a usable window, the desktop places it.
+    const QRect face = frameGeometry();
+    const QRect room = screen()->availableGeometry();
+    const int right = room.right() - face.right();
+    const int left = face.left() - room.left();
+    const int width = std::min(m_insights->width(), std::max(left, right) - 16);
+    if (width >= CInsightsWindow::kNarrowest) {
+      m_insights->resize(width, m_insights->height());
+      m_insights->move(right >= left ? face.right() + 8 : face.left() - 8 - width, face.top());
+    }
+  }
+  m_insights->Follow(ShownSubject());
+  m_insights->show();
+  m_insights->raise();
+  m_insights->activateWindow();
+}
+
 void CMainDialog::contextMenuEvent(QContextMenuEvent* event) {
   // The face's regions and pictures take right clicks as clicks; the bare face offers the About
-  // box, which a desktop without a window menu has nowhere else to put.
+  // box and the Insights window, which a desktop without a window menu has nowhere else to put.
   const QPoint point = event->pos();
   if (RegionAt(point) >= 0 || m_banner->geometry().contains(point) || m_flagUSA->geometry().contains(point) ||
       m_flagUK->geometry().contains(point)) {
@@ -362,11 +429,13 @@ void CMainDialog::contextMenuEvent(QContextMenuEvent* event) {
   }
   QMenu menu(this);
   connect(menu.addAction(QStringLiteral("&About Gavelscope...")), &QAction::triggered, this, &CMainDialog::ShowAbout);
+  connect(menu.addAction(QStringLiteral("&Insights...\tF2")), &QAction::triggered, this, &CMainDialog::ShowInsights);
   menu.exec(event->globalPos());
 }
 
 void CMainDialog::SelectTab(Tab tab) {
   m_commands->SelectTab(tab);
+  FollowInsights();
   update();
 }
 
@@ -377,7 +446,10 @@ void CMainDialog::ViewFromTray(Tab tab) {
 }
 
 void CMainDialog::SelectSite(Site site) {
-  if (m_commands->SelectSite(site)) SwitchSite();
+  if (m_commands->SelectSite(site)) {
+    SwitchSite();
+    FollowInsights();
+  }
 }
 
 void CMainDialog::SwitchSite() {
@@ -512,10 +584,15 @@ bool CMainDialog::eventFilter(QObject* watched, QEvent* event) {
         ShowAbout();
         return true;
       }
+      if (key == Qt::Key_F2) {
+        ShowInsights();
+        return true;
+      }
       if (key == Qt::Key_Escape) {
         close();
         return true;
       }
+      if (HandleFaceKey(*this, *static_cast<QKeyEvent*>(event))) return true;
     }
   }
   return CTrayDialog::eventFilter(watched, event);
@@ -525,8 +602,25 @@ void CMainDialog::closeEvent(QCloseEvent* event) {
   m_bannerStop.request_stop();
   if (m_bannerThread) m_bannerThread->Stop();
   m_controller->Shutdown();
+  if (m_insights) m_insights->close();
   RemoveTrayIcon();
   event->accept();
+}
+
+bool CMainDialog::event(QEvent* event) {
+  // The painted commands name themselves and their keys; the face has no widgets to carry tooltips.
+  if (event->type() == QEvent::ToolTip) {
+    auto* help = static_cast<QHelpEvent*>(event);
+    const QString tip = FaceToolTipAt(*this, help->pos());
+    if (tip.isEmpty()) {
+      QToolTip::hideText();
+      event->ignore();
+    } else {
+      QToolTip::showText(help->globalPos(), tip, this, FaceCommandRect(*this, *FaceCommandAt(*this, help->pos())));
+    }
+    return true;
+  }
+  return CTrayDialog::event(event);
 }
 
 }  // namespace gavelscope::ui

@@ -7,6 +7,7 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <stop_token>
 #include <string>
 
@@ -15,6 +16,7 @@
 #include "app/RunController.h"
 #include "banner/LoadBannerThread.h"
 #include "ui/ControlModels.h"
+#include "ui/InsightsWindow.h"
 #include "ui/QtMainView.h"
 #include "ui/QtMessages.h"
 #include "ui/TrayDialog.h"
@@ -71,6 +73,12 @@ class CMainDialog : public CTrayDialog, private banner::IBannerSink {
   void SetQueryDialog(std::function<bool()> dialog) { m_queryDialog = std::move(dialog); }
   // The About box, over the window but not blocking it.
   void ShowAbout();
+  // The Insights window of the visible list, beside the face; the one already open is raised.
+  void ShowInsights();
+  CInsightsWindow* insights() const { return m_insights.get(); }
+  // What the query dialog's Start Query does; the window remembers the query's Site, whose rules
+  // read the results' prices.
+  bool StartQuery(const query::QuerySpec& query);
 
   app::CRunController& controller() { return *m_controller; }
   app::CMainCommands& commands() { return *m_commands; }
@@ -92,6 +100,7 @@ class CMainDialog : public CTrayDialog, private banner::IBannerSink {
   void closeEvent(QCloseEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
+  bool event(QEvent* event) override;
 
  private:
   void Attach(app::ViewId id, QWidget* widget);
@@ -104,6 +113,9 @@ class CMainDialog : public CTrayDialog, private banner::IBannerSink {
   void SwitchSite();
   void UpdateCursor(QPoint point);
   void PaintFace(QPainter& painter) const;
+  // Tells an open Insights window which list the face now shows.
+  void FollowInsights();
+  InsightsSubject ShownSubject() const;
   void ShowBannerPicture(const DecodedPicture& picture);
 
   base::IUserMessages* m_messages;
@@ -136,6 +148,9 @@ class CMainDialog : public CTrayDialog, private banner::IBannerSink {
   banner::BannerTiming m_bannerTiming;
   // Abandons a banner being decoded when the window closes.
   std::stop_source m_bannerStop;
+  std::optional<sites::Site> m_querySite;
+  // A top-level window of its own, so that no window manager keeps it over the face.
+  std::unique_ptr<CInsightsWindow> m_insights;
   // Declared last: it goes first, before anything it shows a banner in.
   std::unique_ptr<banner::CLoadBannerThread> m_bannerThread;
 };

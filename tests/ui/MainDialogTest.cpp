@@ -3,6 +3,7 @@
 #include "ui/MainDialog.h"
 
 #include <QAbstractScrollArea>
+#include <QAccessible>
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
@@ -14,12 +15,14 @@
 #include <QTest>
 
 #include <fstream>
+#include <map>
 #include <set>
 #include <thread>
 
 #include "WindowTestSupport.h"
 #include "ui/AboutDialog.h"
 #include "ui/AnimatedPicture.h"
+#include "ui/FaceAccess.h"
 #include "ui/QtMessages.h"
 
 namespace gavelscope::ui {
@@ -101,6 +104,42 @@ TEST_F(IdleWindowTest, TheHandCursorStaysOnTheFaceAndNeverReachesTheViews) {
     const auto* view = static_cast<QAbstractScrollArea*>(m_window.view(id));
     EXPECT_EQ(view->viewport()->cursor().shape(), Qt::ArrowCursor) << static_cast<int>(id);
   }
+}
+
+TEST_F(IdleWindowTest, EveryPaintedCommandHasAKeyATooltipAndAScreenReaderName) {
+  // Keys do what clicks do, from wherever the focus is.
+  const std::pair<QKeyCombination, Views> tabs[] = {{Qt::CTRL | Qt::Key_2, {ViewId::AuctionsUSA}},
+                                                    {Qt::CTRL | Qt::Key_3, {ViewId::HotItemsUSA}},
+                                                    {Qt::CTRL | Qt::Key_1, {ViewId::TreeUSA, ViewId::KeywordsUSA}}};
+  for (const auto& [key, shown] : tabs) {
+    QTest::keyClick(m_window.view(ViewId::TreeUSA), key.key(), key.keyboardModifiers());
+    EXPECT_EQ(VisibleViews(m_window), shown);
+  }
+  QTest::keyClick(&m_window, Qt::Key_K, Qt::AltModifier);
+  EXPECT_EQ(m_window.commands().site(), Site::UK);
+  QTest::keyClick(&m_window, Qt::Key_H, Qt::ControlModifier);
+  EXPECT_EQ(m_browser.Opened().size(), 1U);
+  QTest::keyClick(&m_window, Qt::Key_F, Qt::ControlModifier);
+  EXPECT_EQ(m_window.focusWidget(), m_window.searchEdit());
+
+  EXPECT_EQ(FaceToolTipAt(m_window, FaceRegionRect(FaceRegion::TabKeywords).center()), "Todays Keywords (Ctrl+1)");
+  EXPECT_EQ(FaceToolTipAt(m_window, m_window.flag(Site::USA)->geometry().center()), "U.S.A (Alt+U)");
+  EXPECT_EQ(FaceToolTipAt(m_window, QPoint(5, 300)), "");
+
+  // Screen readers find each painted command by its caption, and can press it.
+  QAccessibleInterface* face = QAccessible::queryAccessibleInterface(&m_window);
+  ASSERT_NE(face, nullptr);
+  std::map<QString, QAccessibleInterface*> painted;
+  for (int i = 0; i < face->childCount(); ++i) {
+    QAccessibleInterface* child = face->child(i);
+    if (child != nullptr && child->object() == nullptr) painted[child->text(QAccessible::Name)] = child;
+  }
+  EXPECT_EQ(painted.size(), FaceCommands().size());
+  ASSERT_TRUE(painted.contains("Todays Auctions"));
+  EXPECT_EQ(painted["Todays Auctions"]->role(), QAccessible::PageTab);
+  EXPECT_EQ(painted["refresh"]->role(), QAccessible::Button);
+  painted["Todays Auctions"]->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_EQ(VisibleViews(m_window), Views{ViewId::AuctionsUK});
 }
 
 TEST_F(IdleWindowTest, FlagClicksSwitchTheSiteOnceAndAnimateItsFlag) {
