@@ -9,8 +9,8 @@
 #   CATEGORIES=20 SUBCATEGORIES=5 PAGES=5 RUNS=5 bench/query-vs-curl.sh
 #
 # The query run is timed by gavelscope_run_timer from the run's start until its last job has
-# finished (it looks at its jobs every millisecond; gavelscope-cli looks every 15 seconds, so its
-# own time only says how many looks it took). A query starts one job per category at once, so curl
+# finished (it looks at its jobs every millisecond); gavelscope-cli's own time, which ends with its
+# run's last job too, is set beside it with the program's start-up included. A query starts one job per category at once, so curl
 # runs with --parallel-max CATEGORIES. Each job pauses 100 ms after each sub-category listing, which
 # is SUBCATEGORIES pauses along every job; the ratio is taken after subtracting them.
 set -euo pipefail
@@ -86,7 +86,7 @@ start=$(now)
 "$cli" "${CONNECT_TO[@]}" query "$work/all.sbqry" --export "$work/cli.txt" 2>/dev/null
 cli_time=$(calc "$(now) - $start" 1)
 if cmp -s <(sort "$work/cli.txt") <(sort "$work/timer.txt"); then same="the same result rows"; else same="DIFFERENT result rows"; fi
-echo "gavelscope-cli query: $cli_time s whole program (its 15 s looks), $same as the timed run"
+echo "gavelscope-cli query: $cli_time s whole program (start-up included), $same as the timed run"
 
 query=$(median "${query_times[@]}")
 fetch=$(median "${curl_times[@]}")
