@@ -33,7 +33,7 @@ void FillHistory(CItemListCtrl& list, int rows) {
   for (int i = 0; i < rows; ++i) {
     char date[16];
     std::snprintf(date, sizeof date, "%02d/%02d/%d", 1 + next(28), 1 + next(12), 2003 + next(3));
-    auto record = std::make_shared<hotitems::CHotItemRecord>();
+    auto record = std::make_shared<gavelscope::hotitems::CHotItemRecord>();
     record->SetEnding(date);
     record->SetTitle(std::string(kWords[next(8)]) + " " + kWords[next(8)] + " " + std::to_string(i));
     char price[32];
