@@ -107,7 +107,7 @@ int History(const net::NetOptions& options) {
 }
 
 int Query(const net::NetOptions& options, const std::string& file, const std::string& exportFile) {
-  query::QuerySpec query;
+  query::QueryDefinition query;
   if (const base::Outcome loaded = query::LoadQueryFile(file, query); !loaded) {
     std::cerr << loaded.error << '\n';
     return 1;

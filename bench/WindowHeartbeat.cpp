@@ -118,7 +118,7 @@ int main(int argc, char** argv) {
       queryFile = arg;
     }
   }
-  query::QuerySpec query;
+  query::QueryDefinition query;
   if (queryFile.empty() || !query::LoadQueryFile(queryFile, query)) {
     std::fprintf(stderr,
                  "usage: gavelscope_window_heartbeat [--connect-to HOST:PORT:ADDR:PORT]... [--query-tab | --insights] "

@@ -109,7 +109,7 @@ base::Outcome CMainCommands::ExportView(const std::filesystem::path& file) {
   return written;
 }
 
-bool CMainCommands::StartQuery(const query::QuerySpec& query) {
+bool CMainCommands::StartQuery(const query::QueryDefinition& query) {
   // The list is emptied even for a query that cannot start: the dialog asks again, on an empty list.
   m_controller.QueryResults().Clear();
   if (query.categories.empty()) {

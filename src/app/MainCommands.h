@@ -11,7 +11,7 @@
 #include "app/MainView.h"
 #include "app/RunController.h"
 #include "net/NetOptions.h"
-#include "query/QuerySpec.h"
+#include "query/QueryDefinition.h"
 #include "sites/SiteProfile.h"
 
 namespace gavelscope::app {
@@ -49,7 +49,7 @@ class CMainCommands {
   base::Outcome ExportView(const std::filesystem::path& file);
   // What Start Query in the query dialog does: empties the result list and, when the query names a
   // category, starts it; false (and the user told) when it names none.
-  bool StartQuery(const query::QuerySpec& query);
+  bool StartQuery(const query::QueryDefinition& query);
   void StopQuery();
   void OpenHomePage();
   void OpenMyEbay();

@@ -234,7 +234,7 @@ void CRunController::SetQueryRunning(bool running) {
   m_view.SetStopButtonBitmap(running ? kBitmapQueryRunning : kBitmapQueryIdle);
 }
 
-std::unique_ptr<query::CInitialiseHotItemQueryThread> CRunController::NewQueryRun(query::QuerySpec query) {
+std::unique_ptr<query::CInitialiseHotItemQueryThread> CRunController::NewQueryRun(query::QueryDefinition query) {
   // The names are written once, before the Site's event is set, and read only after it.
   const sites::SiteCategories& site = Categories(query.site);
   if (site.ready.IsSet()) query.categories = query::CategoryLinks(query.categories, site);

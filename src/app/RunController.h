@@ -29,7 +29,7 @@
 #include "net/PageFetcher.h"
 #include "query/QueryHost.h"
 #include "query/QueryRun.h"
-#include "query/QuerySpec.h"
+#include "query/QueryDefinition.h"
 #include "sites/SiteCategories.h"
 #include "sites/SiteProfile.h"
 
@@ -91,11 +91,11 @@ class CRunController : public base::IRunEvents, public base::IPageSource, public
   // A run of `query` configured for this controller, to be handed to StartQuery. Its category names
   // become the Site's links when the Site's categories are known; until then they are looked for on
   // the home page as they are.
-  std::unique_ptr<query::CInitialiseHotItemQueryThread> NewQueryRun(query::QuerySpec query);
+  std::unique_ptr<query::CInitialiseHotItemQueryThread> NewQueryRun(query::QueryDefinition query);
   // Empties the result list, marks the query running and starts the run (a run still alive is
   // stopped and joined first).
   void StartQuery(std::unique_ptr<query::CInitialiseHotItemQueryThread> run);
-  void StartQuery(query::QuerySpec query) { StartQuery(NewQueryRun(std::move(query))); }
+  void StartQuery(query::QueryDefinition query) { StartQuery(NewQueryRun(std::move(query))); }
   // True while a query run is alive, stopped or not.
   bool IsQueryAlive() const { return m_queryAlive.load(); }
   // Set when the last started query run has ended.

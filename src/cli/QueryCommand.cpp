@@ -60,7 +60,7 @@ class QueryCommand : public Command {
   std::vector<std::string> m_files;
   std::filesystem::path m_file;
   std::optional<std::filesystem::path> m_export;
-  query::QuerySpec m_query;
+  query::QueryDefinition m_query;
   ListOutput m_output{/*statistics=*/true};
 };
 

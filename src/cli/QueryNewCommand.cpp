@@ -18,10 +18,10 @@ namespace {
 // The choices of query-new, the command-line face of the query dialog: the query (on the USA site
 // unless told otherwise, as the dialog opens) and the file to save it in.
 struct QueryChoices {
-  query::QuerySpec query = [] {
-    query::QuerySpec spec;
-    spec.site = sites::Site::USA;
-    return spec;
+  query::QueryDefinition query = [] {
+    query::QueryDefinition definition;
+    definition.site = sites::Site::USA;
+    return definition;
   }();
   std::filesystem::path output;
 };
@@ -79,14 +79,14 @@ class QueryNewCommand : public Command {
   CLI::App* AddTo(CLI::App& program) override {
     CLI::App* command =
         program.add_subcommand("query-new", "Saves the query file the query dialog would save for the same choices.");
-    query::QuerySpec& spec = m_choices.query;
-    AddSite(*command, spec.site, "the site to search; usa unless told otherwise");
+    query::QueryDefinition& definition = m_choices.query;
+    AddSite(*command, definition.site, "the site to search; usa unless told otherwise");
     command
-        ->add_option("--keywords", spec.keywords,
+        ->add_option("--keywords", definition.keywords,
                      "words or phrases separated by commas: an item is kept when its title holds any of them, "
                      "in any case")
         ->type_name("TEXT");
-    command->add_option("--page-depth", spec.pageDepth, "the listing pages to scan per category (default 1)")
+    command->add_option("--page-depth", definition.pageDepth, "the listing pages to scan per category (default 1)")
         ->type_name("N")
         ->check(CLI::Validator(
             [](std::string& text) {
@@ -99,32 +99,32 @@ class QueryNewCommand : public Command {
     command
         ->add_option_function<std::vector<std::string>>(
             "--category",
-            [&spec](const std::vector<std::string>& names) {
+            [&definition](const std::vector<std::string>& names) {
               // A file the program itself would refuse to load is not written.
               if (names.size() > static_cast<std::size_t>(net::limits::kMaxQueryCategories)) {
                 throw CLI::ValidationError("a query holds at most " + std::to_string(net::limits::kMaxQueryCategories) +
                                            " categories");
               }
-              spec.categories = names;
+              definition.categories = names;
             },
             "a category to search, named as the site's home page shows it; repeatable")
         ->type_name("NAME")
         ->expected(1)
         ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    AddFilter(*command, "bids", "count of bids", spec.bids);
-    AddFilter(*command, "price", "price (in whole units of the site's currency)", spec.price);
-    AddFilter(*command, "days", "number of days left", spec.days);
+    AddFilter(*command, "bids", "count of bids", definition.bids);
+    AddFilter(*command, "price", "price (in whole units of the site's currency)", definition.price);
+    AddFilter(*command, "days", "number of days left", definition.days);
     AddChoice(
         *command, "--sort", {"date", "title", "price", "bids"},
-        [&spec](std::size_t index) {
-          spec.sort = std::array{query::SortColumn::DateEnded, query::SortColumn::Title, query::SortColumn::Price,
+        [&definition](std::size_t index) {
+          definition.sort = std::array{query::SortColumn::DateEnded, query::SortColumn::Title, query::SortColumn::Price,
                                  query::SortColumn::Bids}
                           .at(index);
         },
         "the column the result list is sorted by");
     command->add_flag_callback(
-        "--descending", [&spec] { spec.ascending = false; }, "sort in descending order");
+        "--descending", [&definition] { definition.ascending = false; }, "sort in descending order");
     command
         ->add_option_function<std::string>(
             "--output", [this](const std::string& file) { m_choices.output = file; }, "the query file to write")

@@ -15,7 +15,7 @@ namespace {
 
 struct SavedQuery {
   std::filesystem::path file;
-  query::QuerySpec settings;
+  query::QueryDefinition settings;
 };
 
 std::string Plural(std::size_t count, const std::string& one, const std::string& many) {

@@ -22,7 +22,7 @@ constexpr std::chrono::milliseconds kPauseAfterListing{100};
 CLoadEachCategoryHotItemsQueryThread::CLoadEachCategoryHotItemsQueryThread(IQueryHost& host,
                                                                            const sites::Profile& profile,
                                                                            net::NetOptions options,
-                                                                           const QuerySpec& query,
+                                                                           const QueryDefinition& query,
                                                                            std::string categoryLink)
     : m_host(host),
       m_profile(profile),

@@ -11,7 +11,7 @@
 #include "hotitems/HotItemRecord.h"
 #include "net/NetOptions.h"
 #include "query/QueryHost.h"
-#include "query/QuerySpec.h"
+#include "query/QueryDefinition.h"
 #include "sites/ListingScan.h"
 #include "sites/SiteProfile.h"
 
@@ -28,7 +28,7 @@ class CLoadEachCategoryHotItemsQueryThread {
  public:
   // Scans the category at `categoryLink` for `query` (its site, keywords, page depth and filters).
   CLoadEachCategoryHotItemsQueryThread(IQueryHost& host, const sites::Profile& profile, net::NetOptions options,
-                                       const QuerySpec& query, std::string categoryLink);
+                                       const QueryDefinition& query, std::string categoryLink);
   ~CLoadEachCategoryHotItemsQueryThread();
 
   bool IsFinished() const { return m_bFinished.load(); }

@@ -277,7 +277,7 @@ FilterSpec ReadFilter(const CMySettings& settings, const GroupFields& fields) {
 
 }  // namespace
 
-CMySettings SettingsFromQuery(const QuerySpec& query) {
+CMySettings SettingsFromQuery(const QueryDefinition& query) {
   CMySettings settings;
   settings.SetKeywords(query.keywords);
   settings.SetPageDepth(query.pageDepth);
@@ -306,8 +306,8 @@ CMySettings SettingsFromQuery(const QuerySpec& query) {
   return settings;
 }
 
-QuerySpec QueryFromSettings(const CMySettings& settings) {
-  QuerySpec query;
+QueryDefinition QueryFromSettings(const CMySettings& settings) {
+  QueryDefinition query;
   query.site = settings.m_bInternational ? sites::Site::USA : sites::Site::UK;
   query.keywords = settings.m_strKeywords;
   query.pageDepth = settings.m_nPageDepth;
@@ -328,11 +328,11 @@ QuerySpec QueryFromSettings(const CMySettings& settings) {
   return query;
 }
 
-base::Outcome SaveQueryFile(const std::filesystem::path& file, const QuerySpec& query) {
+base::Outcome SaveQueryFile(const std::filesystem::path& file, const QueryDefinition& query) {
   return base::WriteWholeFile(file, SaveQueryBytes(SettingsFromQuery(query)));
 }
 
-base::Outcome LoadQueryFile(const std::filesystem::path& file, QuerySpec& out) {
+base::Outcome LoadQueryFile(const std::filesystem::path& file, QueryDefinition& out) {
   CMySettings settings;
   base::Outcome loaded = LoadSettingsFile(file, settings);
   if (loaded) out = QueryFromSettings(settings);

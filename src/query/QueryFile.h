@@ -7,7 +7,7 @@
 
 #include "base/Outcome.h"
 #include "query/MySettings.h"
-#include "query/QuerySpec.h"
+#include "query/QueryDefinition.h"
 
 namespace gavelscope::query {
 
@@ -26,18 +26,18 @@ std::string DescribeSettings(const CMySettings& settings);
 
 // A query as its file keeps it: the chosen test of each filter through the setters, so a bound of -1
 // is not kept, and the keywords without white space at either end.
-CMySettings SettingsFromQuery(const QuerySpec& query);
+CMySettings SettingsFromQuery(const QueryDefinition& query);
 // The query a file describes: a filter whose group flag is clear accepts any value; otherwise its
 // test is the first set of greater, less and range, as the scan reads them; every bound is kept,
 // and the sort is the first set of date ended, title, price and bids.
-QuerySpec QueryFromSettings(const CMySettings& settings);
+QueryDefinition QueryFromSettings(const CMySettings& settings);
 
 // Nothing half-written is left behind: a failed save keeps what the file held before, and its
 // error is the system's reason.
-base::Outcome SaveQueryFile(const std::filesystem::path& file, const QuerySpec& query);
+base::Outcome SaveQueryFile(const std::filesystem::path& file, const QueryDefinition& query);
 // A file that cannot be read, is not a regular file, is too large or does not hold a query fails
 // with "Cannot Load File : PATH".
-base::Outcome LoadQueryFile(const std::filesystem::path& file, QuerySpec& out);
+base::Outcome LoadQueryFile(const std::filesystem::path& file, QueryDefinition& out);
 // The file's fields as it stores them, DescribeSettings' way.
 base::Outcome DescribeQueryFile(const std::filesystem::path& file, std::string& description);
 

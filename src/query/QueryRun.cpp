@@ -22,7 +22,7 @@ constexpr int kPublishAttempts = 30;
 }  // namespace
 
 CInitialiseHotItemQueryThread::CInitialiseHotItemQueryThread(IQueryHost& host, sites::Profile profile,
-                                                             net::NetOptions options, QuerySpec query)
+                                                             net::NetOptions options, QueryDefinition query)
     : m_host(host),
       m_profile(std::move(profile)),
       m_options(std::move(options)),

@@ -17,7 +17,7 @@
 #include "net/NetOptions.h"
 #include "query/CategoryScanJob.h"
 #include "query/QueryHost.h"
-#include "query/QuerySpec.h"
+#include "query/QueryDefinition.h"
 #include "sites/SiteProfile.h"
 
 namespace gavelscope::query {
@@ -38,7 +38,7 @@ class CInitialiseHotItemQueryThread {
   using ThreadStarter = std::function<std::jthread(std::function<void()>)>;
 
   // `query` carries the links of its categories (CategoryLinks), not their names.
-  CInitialiseHotItemQueryThread(IQueryHost& host, sites::Profile profile, net::NetOptions options, QuerySpec query);
+  CInitialiseHotItemQueryThread(IQueryHost& host, sites::Profile profile, net::NetOptions options, QueryDefinition query);
   ~CInitialiseHotItemQueryThread();
 
   void SetPollInterval(std::chrono::milliseconds interval) { m_pollInterval = interval; }
@@ -50,7 +50,7 @@ class CInitialiseHotItemQueryThread {
   // The local copy of the shared history that publishing appends to.
   void SetHistoryFile(std::filesystem::path file) { m_historyFile = std::move(file); }
 
-  const QuerySpec& query() const { return m_query; }
+  const QueryDefinition& query() const { return m_query; }
   const std::vector<std::unique_ptr<CLoadEachCategoryHotItemsQueryThread>>& jobs() const { return m_arrJobs; }
   // How many polls found a job still running; tells tests the run waited for the slowest.
   int PollsMade() const { return m_polls; }
@@ -80,7 +80,7 @@ class CInitialiseHotItemQueryThread {
   ThreadStarter m_startThread;
   // One per job, by index; empty until the job starts and again once joined.
   std::vector<std::jthread> m_jobThreads;
-  QuerySpec m_query;
+  QueryDefinition m_query;
   std::chrono::milliseconds m_pollInterval{15000};
   std::filesystem::path m_historyFile;
   int m_polls = 0;

@@ -88,14 +88,14 @@ std::vector<std::string> KeywordsOf(const keywords::CCategoryTree& tree) {
   return keywords;
 }
 
-QueryRecording QueryRecordingOf(std::string name, const query::QuerySpec& settings,
+QueryRecording QueryRecordingOf(std::string name, const query::QueryDefinition& settings,
                                 std::span<const std::shared_ptr<const hotitems::CHotItemRecord>> results) {
   insights::ListTable table = insights::QueryTable(results, settings.site, name);
   const insights::ListStatistics statistics = insights::Summarise(insights::QueryFigures(results, settings.site));
   return {std::move(name), settings.site, QuerySettingsJson(settings), std::move(table.rows), statistics};
 }
 
-std::string QuerySettingsJson(const query::QuerySpec& settings) {
+std::string QuerySettingsJson(const query::QueryDefinition& settings) {
   Json categories = Json::array();
   for (const std::string& category : settings.categories) categories.push_back(insights::Utf8FromWindows1252(category));
   const Json json = {{"site", insights::SiteName(settings.site)},

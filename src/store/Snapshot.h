@@ -15,7 +15,7 @@
 #include "insights/ListTable.h"
 #include "insights/Statistics.h"
 #include "keywords/CategoryTree.h"
-#include "query/QuerySpec.h"
+#include "query/QueryDefinition.h"
 #include "sites/SiteProfile.h"
 
 namespace gavelscope::store {
@@ -56,12 +56,12 @@ struct SnapshotData {
 //   QueryRecordingOf(file.filename().string(), settings, controller.QueryResults().Rows())
 std::vector<AuctionCount> AuctionCountsOf(std::span<const auctions::AuctionListRow> rows);
 std::vector<std::string> KeywordsOf(const keywords::CCategoryTree& tree);
-QueryRecording QueryRecordingOf(std::string name, const query::QuerySpec& settings,
+QueryRecording QueryRecordingOf(std::string name, const query::QueryDefinition& settings,
                                 std::span<const std::shared_ptr<const hotitems::CHotItemRecord>> results);
 
 // {"site", "keywords", "page_depth", "categories": [...], "bids", "price", "days" (each {"test":
 // "any"|"greater"|"less"|"range", "greater", "less", "from", "to"}), "sort", "ascending"}.
-std::string QuerySettingsJson(const query::QuerySpec& settings);
+std::string QuerySettingsJson(const query::QueryDefinition& settings);
 
 // The current time to the second.
 std::chrono::sys_seconds NowUtc();

@@ -351,7 +351,7 @@ bool CMainDialog::AskForNewQuery() {
   const bool started = m_queryDialog ? m_queryDialog() : [this] {
     CQueryDialog dialog(
         m_controller->config().profile, KnownCategoryNames(*m_controller),
-        [this](const query::QuerySpec& query) { return StartQuery(query); }, *m_messages, this);
+        [this](const query::QueryDefinition& query) { return StartQuery(query); }, *m_messages, this);
     return dialog.exec() == QDialog::Accepted;
   }();
   if (!started) return false;
@@ -369,7 +369,7 @@ void CMainDialog::ShowAbout() {
   about->open();
 }
 
-bool CMainDialog::StartQuery(const query::QuerySpec& query) {
+bool CMainDialog::StartQuery(const query::QueryDefinition& query) {
   m_querySite = query.site;
   const bool started = m_commands->StartQuery(query);
   FollowInsights();

@@ -78,7 +78,7 @@ class CMainDialog : public CTrayDialog, private banner::IBannerSink {
   CInsightsWindow* insights() const { return m_insights.get(); }
   // What the query dialog's Start Query does; the window remembers the query's Site, whose rules
   // read the results' prices.
-  bool StartQuery(const query::QuerySpec& query);
+  bool StartQuery(const query::QueryDefinition& query);
 
   app::CRunController& controller() { return *m_controller; }
   app::CMainCommands& commands() { return *m_commands; }

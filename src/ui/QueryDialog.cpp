@@ -107,16 +107,16 @@ constexpr std::array<FilterLayout, 3> kFilterLayouts{{
 // Where each filter box's query lives in a query and in the members, in the order of
 // FilterLayout's radios and edits.
 struct FilterFields {
-  query::FilterSpec query::QuerySpec::*filter;
+  query::FilterSpec query::QueryDefinition::*filter;
   std::array<std::int32_t QueryMembers::*, 4> members;
 };
 
 constexpr std::array<FilterFields, 3> kFilterFields{{
-    {&query::QuerySpec::bids,
+    {&query::QueryDefinition::bids,
      {&QueryMembers::m_nBidsGreater, &QueryMembers::m_nBidsLess, &QueryMembers::m_nBidsFrom, &QueryMembers::m_nBidsTo}},
-    {&query::QuerySpec::days,
+    {&query::QueryDefinition::days,
      {&QueryMembers::m_nDaysGreater, &QueryMembers::m_nDaysLess, &QueryMembers::m_nDaysFrom, &QueryMembers::m_nDaysTo}},
-    {&query::QuerySpec::price,
+    {&query::QueryDefinition::price,
      {&QueryMembers::m_nPriceGreater, &QueryMembers::m_nPriceLess, &QueryMembers::m_nPriceFrom,
       &QueryMembers::m_nPriceTo}},
 }};
@@ -472,8 +472,8 @@ sites::Site CQueryDialog::ChosenSite() const {
   return m_countryRadios[0]->isChecked() ? sites::Site::USA : sites::Site::UK;
 }
 
-query::QuerySpec CQueryDialog::CollectQuery() const {
-  query::QuerySpec query;
+query::QueryDefinition CQueryDialog::CollectQuery() const {
+  query::QueryDefinition query;
   query.keywords = m_members.m_strKeywords;
   query.pageDepth = m_members.m_nPageDepth;
   query.site = ChosenSite();
@@ -495,7 +495,7 @@ query::QuerySpec CQueryDialog::CollectQuery() const {
   return query;
 }
 
-void CQueryDialog::ApplyQuery(const query::QuerySpec& query) {
+void CQueryDialog::ApplyQuery(const query::QueryDefinition& query) {
   for (FilterGroup& group : m_filters) {
     for (QRadioButton* radio : group.radios) radio->setChecked(false);
     for (QLineEdit* edit : group.edits) edit->setEnabled(false);
@@ -576,7 +576,7 @@ void CQueryDialog::LoadQuery() {
       base::FileChoice{"Choose New Gavelscope Query To Load !", kQueryFilter, kQuerySuffix, /*save=*/false});
   if (!file) return;
   ExchangeIn();
-  query::QuerySpec loaded;
+  query::QueryDefinition loaded;
   if (!query::LoadQueryFile(*file, loaded)) {
     m_messages.Show(base::UserMessage{"Cannot Load File : " + FullPath(*file), kErrorTitle, base::MessageButtons::Ok, true, base::MessageKind::Error});
     return;

@@ -98,17 +98,17 @@ class CQueryDialog : public QDialog {
   // The category names of a Site as its home page shows them; nothing while they are not known yet.
   using CategoryNames = std::function<std::optional<std::vector<std::string>>(sites::Site)>;
   // Starts the query; false when it was not started, which keeps the dialog open.
-  using Start = std::function<bool(const query::QuerySpec&)>;
+  using Start = std::function<bool(const query::QueryDefinition&)>;
 
   CQueryDialog(const sites::Profile& profile, CategoryNames categoryNames, Start start, base::IUserMessages& messages,
                QWidget* parent = nullptr);
 
   // The query the controls describe, categories included: each chosen test with the number its edit
   // holds as text (a field that failed its check counts as typed), the other bounds not given.
-  query::QuerySpec CollectQuery() const;
+  query::QueryDefinition CollectQuery() const;
   // Shows a query in the controls: every bound of it in its edit, its tests, Site, sort and the
   // categories whose names begin with its names.
-  void ApplyQuery(const query::QuerySpec& query);
+  void ApplyQuery(const query::QueryDefinition& query);
 
   void StartQuery();
   void SaveQuery();

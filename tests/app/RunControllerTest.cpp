@@ -298,7 +298,7 @@ TEST_F(ShutdownUnderLoad, DuringARefresh) {
 TEST_F(ShutdownUnderLoad, DuringAQuery) {
   ExpectQuickShutdowns(Config(), [](CRunController& controller) {
     ASSERT_TRUE(controller.Categories(Site::USA).ready.Wait({}));
-    query::QuerySpec query;
+    query::QueryDefinition query;
     query.site = Site::USA;
     query.pageDepth = 3;
     query.categories = controller.Categories(Site::USA).arrCategoryNames;

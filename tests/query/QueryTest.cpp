@@ -176,7 +176,7 @@ TEST(QueryFile, AQueryKeepsItsChoicesAndIsReadAsTheScanReadsTheFlags) {
   const FilterSpec tests[] = {FilterSpec::GreaterThan(0), FilterSpec::LessThan(7), FilterSpec::Between(0, 9)};
   const SortColumn sorts[] = {SortColumn::DateEnded, SortColumn::Title, SortColumn::Price, SortColumn::Bids};
   for (int i = 0; i < 4; ++i) {
-    const QuerySpec query{.site = i % 2 == 0 ? sites::Site::USA : sites::Site::UK,
+    const QueryDefinition query{.site = i % 2 == 0 ? sites::Site::USA : sites::Site::UK,
                           .keywords = "lamp, vase",
                           .pageDepth = 4 + i,
                           .categories = {"Toys", "Dolls"},
@@ -188,11 +188,11 @@ TEST(QueryFile, AQueryKeepsItsChoicesAndIsReadAsTheScanReadsTheFlags) {
     EXPECT_EQ(QueryFromSettings(SettingsFromQuery(query)), query) << i;
   }
   // A bound of -1 is never written.
-  QuerySpec unset;
+  QueryDefinition unset;
   unset.bids = FilterSpec::Between(-1, 5);
   unset.days = FilterSpec::Between(5, -1);
   unset.price = FilterSpec::GreaterThan(-1);
-  EXPECT_EQ(SettingsFromQuery(unset), SettingsFromQuery(QuerySpec{}));
+  EXPECT_EQ(SettingsFromQuery(unset), SettingsFromQuery(QueryDefinition{}));
 
   // A group flag that is clear means any value, whatever test flag is set; of several test flags
   // the first counts; every bound is kept.
@@ -202,7 +202,7 @@ TEST(QueryFile, AQueryKeepsItsChoicesAndIsReadAsTheScanReadsTheFlags) {
   settings.SetPriceLessThan(50);
   settings.SetPriceGreaterThan(10);
   settings.m_bSortPrice = settings.m_bSortTitle = 1;
-  const QuerySpec read = QueryFromSettings(settings);
+  const QueryDefinition read = QueryFromSettings(settings);
   EXPECT_EQ(read.bids, (FilterSpec{FilterSpec::Test::Any, -1, 7, -1, -1}));
   EXPECT_EQ(read.price, (FilterSpec{FilterSpec::Test::Greater, 10, 50, -1, -1}));
   EXPECT_EQ(read.sort, SortColumn::Title);
@@ -261,7 +261,7 @@ class QueryRunTest : public testing::SandboxTest {
   // A query of the named categories of the USA site, handed their links as the window hands them.
   std::unique_ptr<CInitialiseHotItemQueryThread> NewRun(const std::vector<std::string>& names, int depth,
                                                         SortColumn sort = SortColumn::None, bool ascending = true) {
-    QuerySpec query;
+    QueryDefinition query;
     query.site = sites::Site::USA;
     query.pageDepth = depth;
     query.categories = CategoryLinks(names, m_host->usa);

@@ -107,7 +107,7 @@ TEST_F(StoreOnSandbox, TheAuctionTrendOfTwoDaysMatchesTheTwoRecordedLists) {
 TEST_F(StoreOnSandbox, DISABLED_RecordingBothSitesAndATwentyCategoryQueryTakes) {
   SiteRun run(Config(Sandbox().connectTo()));
   ASSERT_TRUE(run.controller.Categories(Site::UK).ready.Wait({}));
-  query::QuerySpec settings;
+  query::QueryDefinition settings;
   settings.pageDepth = 3;
   const auto& names = run.controller.Categories(Site::UK).arrCategoryNames;
   settings.categories.assign(names.begin(), names.begin() + std::min<std::size_t>(20, names.size()));

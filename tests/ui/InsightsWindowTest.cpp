@@ -141,7 +141,7 @@ TEST_F(InsightsWindowTest, F2AndTheFaceMenuOpenOneWindowOfItsOwnWithTheQuerysFig
 TEST_F(InsightsWindowTest, TheViewFollowsRowsAsTheyArriveAndTheTabAndSite) {
   m_window.ViewFromTray(app::Tab::Query);
   CInsightsWindow& insights = Open();
-  query::QuerySpec query;  // a UK query: its rows are read by the UK Site's rules
+  query::QueryDefinition query;  // a UK query: its rows are read by the UK Site's rules
   query.site = Site::UK;
   m_window.StartQuery(query);
   const std::vector<Record> rows = Rows(700);
@@ -235,7 +235,7 @@ TEST_F(InsightsOnSandboxTest, AQuerysResultsAreDescribedByTheirScrapedPricesAndB
                      &m_messages, &m_browser);
   window.show();
   window.Start(false);
-  query::QuerySpec query;
+  query::QueryDefinition query;
   query.site = Site::USA;
   query.pageDepth = 3;
   query.categories = {"Antiques", "Books", "Collectibles"};

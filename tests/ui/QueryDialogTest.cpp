@@ -36,7 +36,7 @@ class QueryDialogTest : public IdleWindowTest {
 
   // The dialog as the window opens it, with every query it hands on remembered.
   std::unique_ptr<CQueryDialog> Dialog() {
-    const auto start = [this](const query::QuerySpec& query) {
+    const auto start = [this](const query::QueryDefinition& query) {
       m_started.push_back(query);
       return m_window.commands().StartQuery(query);
     };
@@ -77,7 +77,7 @@ class QueryDialogTest : public IdleWindowTest {
     return testing::ReadFileBytes(m_folder / name);
   }
 
-  std::vector<query::QuerySpec> m_started;
+  std::vector<query::QueryDefinition> m_started;
   std::unique_ptr<CQueryDialog> m_dialog;
 };
 
@@ -91,7 +91,7 @@ TEST_F(QueryDialogTest, OpensOnGreaterThanFiltersSortedByDateEndedOnTheUSASiteAn
   Select(dialog, {"Art"});
   const FilterSpec none = FilterSpec::GreaterThan(0);
   EXPECT_EQ(dialog.CollectQuery(),
-            (query::QuerySpec{Site::USA, "", 1, {"Art"}, none, none, none, query::SortColumn::DateEnded, true}));
+            (query::QueryDefinition{Site::USA, "", 1, {"Art"}, none, none, none, query::SortColumn::DateEnded, true}));
 
   // Every click of a country, the selected one too, refills the list and relabels the currency.
   Know(Site::UK, {"Coins", "Stamps", "Toys"});
@@ -183,7 +183,7 @@ TEST_F(QueryDialogTest, SavesTheBytesTheCommandLineSavesAndLoadsThemBackIntoEver
   EXPECT_EQ(States(after, {kBidsGreater}), "+");
 
   // Names select the first item they begin, whatever the case; the rest keep their selection.
-  query::QuerySpec prefixes = after.CollectQuery();
+  query::QueryDefinition prefixes = after.CollectQuery();
   prefixes.categories = {"toys", "Nothing", "a"};
   after.ApplyQuery(prefixes);
   EXPECT_EQ(Selected(after), (std::set<std::string>{"Antiques", "Toys & Hobbies"}));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Copyright 2026 The Gavelscope developers
-#include "query/QuerySpec.h"
+#include "query/QueryDefinition.h"
 
 #include <algorithm>
 

@@ -38,7 +38,7 @@ enum class SortColumn { None, DateEnded, Title, Price, Bids };
 
 // One hot item query. The query dialog shows and collects it, the command line builds it, a query
 // file keeps it, and a run carries it out; only the query file knows its field-by-field layout.
-struct QuerySpec {
+struct QueryDefinition {
   sites::Site site = sites::Site::UK;
   // As typed; a query file keeps it, and a scan uses it, without white space at either end.
   std::string keywords;
@@ -51,7 +51,7 @@ struct QuerySpec {
   SortColumn sort = SortColumn::None;
   bool ascending = true;
 
-  bool operator==(const QuerySpec&) const = default;
+  bool operator==(const QueryDefinition&) const = default;
 };
 
 // Each name replaced by the link of the Site's category of that name (exact, first match); a name the
