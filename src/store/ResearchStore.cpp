@@ -7,7 +7,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <unordered_map>
 #include <unordered_set>
 
 #include <nlohmann/json.hpp>
@@ -61,6 +63,16 @@ base::Outcome Guarded(const fs::path& file, std::string_view action, std::string
           "Cannot " + std::string(action) + " " + file.string() + ": the file " + reason + "." + std::string(after)};
 }
 
+// Reads into a fresh answer, which replaces `answer` only when the whole reading worked: a failure
+// leaves the fresh one, never half a trend.
+template <typename Answered, typename Body>
+base::Outcome Answer(const fs::path& file, std::string_view action, Answered fresh, Answered& answer, Body body) {
+  Answered result = fresh;
+  const base::Outcome outcome = Guarded(file, action, "", [&] { body(result); });
+  answer = outcome ? std::move(result) : std::move(fresh);
+  return outcome;
+}
+
 constexpr std::string_view kNothingRecorded = " Nothing was recorded; the earlier snapshots are kept.";
 
 std::string_view SiteText(sites::Site site) {
@@ -74,6 +86,47 @@ sites::Site SiteOf(const std::string& text) {
 // Every row read from the file counts against a limit.
 void Count(std::int64_t& rows, std::int64_t limit, std::string_view what) {
   if (++rows > limit) throw Refusal("holds more than " + std::to_string(limit) + " " + std::string(what));
+}
+
+template <typename Answered>
+Answered OfSite(sites::Site site) {
+  Answered answer;
+  answer.site = site;
+  return answer;
+}
+
+QueryTrend QueryNamed(std::string_view name) {
+  QueryTrend answer;
+  answer.query = name;
+  return answer;
+}
+
+enum class Holding { Auctions, Keywords };
+
+struct Picked {
+  std::int64_t id = 0;
+  std::string time;
+};
+
+// The Site's last `most` snapshots that hold rows of that kind, newest first.
+std::vector<Picked> PickSnapshots(sqlite::Connection& db, sites::Site site, Holding holding, std::int64_t most) {
+  sqlite::Statement pick(db, holding == Holding::Auctions ? R"sql(
+SELECT id, time FROM snapshots s
+WHERE site = ?1 AND EXISTS (SELECT 1 FROM auctions a WHERE a.snapshot = s.id)
+ORDER BY time DESC, id DESC LIMIT ?2)sql"
+                                                           : R"sql(
+SELECT id, time FROM snapshots s
+WHERE site = ?1 AND EXISTS (SELECT 1 FROM keywords k WHERE k.snapshot = s.id)
+ORDER BY time DESC, id DESC LIMIT ?2)sql");
+  // One beyond the bound, so that a store holding more is told, not silently cut.
+  pick.Bind(1, SiteText(site)).Bind(2, std::min(most, kMaxSnapshots + 1));
+  std::vector<Picked> picked;
+  std::int64_t read = 0;
+  while (pick.Step()) {
+    Count(read, kMaxSnapshots, "snapshots");
+    picked.push_back({pick.Integer(0), pick.Text(1)});
+  }
+  return picked;
 }
 
 fs::path HomeFolder() {
@@ -258,51 +311,66 @@ std::unique_ptr<ResearchStore> ResearchStore::Open(const fs::path& file, const O
 }
 
 base::Outcome ResearchStore::Record(const SnapshotData& snapshot, std::int64_t& id, const RecordOptions& options) {
-  return Guarded(m_file, "record a snapshot into", kNothingRecorded, [&] {
+  std::vector<std::int64_t> ids;
+  const base::Outcome recorded = Record(std::span(&snapshot, 1), ids, options);
+  if (recorded) id = ids.front();
+  return recorded;
+}
+
+base::Outcome ResearchStore::Record(std::span<const SnapshotData> snapshots, std::vector<std::int64_t>& ids,
+                                    const RecordOptions& options) {
+  std::vector<std::int64_t> made;
+  const base::Outcome recorded = Guarded(m_file, "record a snapshot into", kNothingRecorded, [&] {
     if (m_db->IsReadOnly()) throw Refusal("is read-only");
     sqlite::Transaction transaction(*m_db);
-    sqlite::Statement(*m_db, "INSERT INTO snapshots (time, site) VALUES (?1, ?2)")
-        .Bind(1, TimeText(snapshot.time))
-        .Bind(2, SiteText(snapshot.site))
-        .Run();
-    const std::int64_t snapshotId = m_db->LastInsertId();
-
-    sqlite::Statement auction(*m_db, "INSERT INTO auctions VALUES (?1, ?2, ?3, ?4, ?5, ?6)");
-    std::int64_t position = 0;
-    for (const AuctionCount& row : snapshot.auctions) {
-      auction.Reset();
-      auction.Bind(1, snapshotId).Bind(2, ++position).Bind(3, row.name).Bind(4, row.link).Bind(5, row.countText);
-      auction.Bind(6, row.count ? std::optional<std::int64_t>(*row.count) : std::nullopt).Run();
-    }
-    sqlite::Statement keyword(*m_db, "INSERT INTO keywords VALUES (?1, ?2, ?3)");
-    position = 0;
-    for (const std::string& text : snapshot.keywords) {
-      keyword.Reset();
-      keyword.Bind(1, snapshotId).Bind(2, ++position).Bind(3, text).Run();
-    }
-    sqlite::Statement query(
-        *m_db, "INSERT INTO queries (snapshot, name, site, settings, statistics) VALUES (?1, ?2, ?3, ?4, ?5)");
-    sqlite::Statement result(*m_db, "INSERT INTO query_rows VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11)");
-    for (const QueryRecording& recording : snapshot.queries) {
-      query.Reset();
-      query.Bind(1, snapshotId).Bind(2, recording.name).Bind(3, SiteText(recording.site)).Bind(4, recording.settings);
-      query.Bind(5, StoredStatistics(recording.statistics)).Run();
-      const std::int64_t queryId = m_db->LastInsertId();
-      position = 0;
-      for (const std::vector<insights::Cell>& row : recording.rows) {
-        result.Reset();
-        result.Bind(1, queryId).Bind(2, ++position);
-        // A short row's missing cells are absent values; a long row's extra ones have no column.
-        for (std::size_t column = 0; column < 9; ++column) {
-          BindCell(result, static_cast<int>(column) + 3, column < row.size() ? row[column] : insights::Cell());
-        }
-        result.Run();
-      }
-    }
+    for (const SnapshotData& snapshot : snapshots) made.push_back(Insert(snapshot));
     if (options.beforeCommit) options.beforeCommit();
     transaction.Commit();
-    id = snapshotId;
   });
+  if (recorded) ids = std::move(made);
+  return recorded;
+}
+
+std::int64_t ResearchStore::Insert(const SnapshotData& snapshot) {
+  sqlite::Statement(*m_db, "INSERT INTO snapshots (time, site) VALUES (?1, ?2)")
+      .Bind(1, TimeText(snapshot.time))
+      .Bind(2, SiteText(snapshot.site))
+      .Run();
+  const std::int64_t snapshotId = m_db->LastInsertId();
+
+  sqlite::Statement auction(*m_db, "INSERT INTO auctions VALUES (?1, ?2, ?3, ?4, ?5, ?6)");
+  std::int64_t position = 0;
+  for (const AuctionCount& row : snapshot.auctions) {
+    auction.Reset();
+    auction.Bind(1, snapshotId).Bind(2, ++position).Bind(3, row.name).Bind(4, row.link).Bind(5, row.countText);
+    auction.Bind(6, row.count ? std::optional<std::int64_t>(*row.count) : std::nullopt).Run();
+  }
+  sqlite::Statement keyword(*m_db, "INSERT INTO keywords VALUES (?1, ?2, ?3)");
+  position = 0;
+  for (const std::string& text : snapshot.keywords) {
+    keyword.Reset();
+    keyword.Bind(1, snapshotId).Bind(2, ++position).Bind(3, text).Run();
+  }
+  sqlite::Statement query(
+      *m_db, "INSERT INTO queries (snapshot, name, site, settings, statistics) VALUES (?1, ?2, ?3, ?4, ?5)");
+  sqlite::Statement result(*m_db, "INSERT INTO query_rows VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11)");
+  for (const QueryRecording& recording : snapshot.queries) {
+    query.Reset();
+    query.Bind(1, snapshotId).Bind(2, recording.name).Bind(3, SiteText(recording.site)).Bind(4, recording.settings);
+    query.Bind(5, StoredStatistics(recording.statistics)).Run();
+    const std::int64_t queryId = m_db->LastInsertId();
+    position = 0;
+    for (const std::vector<insights::Cell>& row : recording.rows) {
+      result.Reset();
+      result.Bind(1, queryId).Bind(2, ++position);
+      // A short row's missing cells are absent values; a long row's extra ones have no column.
+      for (std::size_t column = 0; column < 9; ++column) {
+        BindCell(result, static_cast<int>(column) + 3, column < row.size() ? row[column] : insights::Cell());
+      }
+      result.Run();
+    }
+  }
+  return snapshotId;
 }
 
 base::Outcome ResearchStore::Snapshots(std::optional<sites::Site> site, std::vector<SnapshotInfo>& snapshots) {
@@ -347,66 +415,65 @@ base::Outcome ResearchStore::Forget(std::chrono::sys_seconds before, std::int64_
 
 base::Outcome ResearchStore::TrendsAuctions(sites::Site site, std::optional<std::int64_t> lastN,
                                             std::optional<std::int64_t> topK, AuctionTrend& trend) {
-  trend = AuctionTrend();
-  trend.site = site;
   if ((lastN && *lastN < 1) || (topK && *topK < 1)) {
+    trend = OfSite<AuctionTrend>(site);
     return {false, "The number of snapshots and of rows to show must each be at least 1."};
   }
-  AuctionTrend result = trend;
-  const base::Outcome outcome = Guarded(m_file, "read the auction trends of", "", [&] {
-    // Newest first, so that LIMIT keeps the last N; the last row read is the first of them.
-    sqlite::Statement pick(*m_db, R"sql(
-SELECT id, time FROM snapshots s
-WHERE site = ?1 AND EXISTS (SELECT 1 FROM auctions a WHERE a.snapshot = s.id)
-ORDER BY time DESC, id DESC LIMIT ?2)sql");
-    pick.Bind(1, SiteText(site)).Bind(2, lastN.value_or(-1));
-    std::int64_t first = 0, last = 0;
-    while (pick.Step()) {
-      Count(result.snapshots, kMaxSnapshots, "snapshots");
-      if (result.snapshots == 1) {
-        last = pick.Integer(0);
-        result.to = pick.Text(1);
-      }
-      first = pick.Integer(0);
-      result.from = pick.Text(1);
-    }
-    if (result.snapshots == 0) return;
-    result.rows = CompareAuctions(ReadAuctions(*m_db, first), ReadAuctions(*m_db, last));
+  return Answer(m_file, "read the auction trends of", OfSite<AuctionTrend>(site), trend, [&](AuctionTrend& result) {
+    const std::vector<Picked> picked = PickSnapshots(*m_db, site, Holding::Auctions, lastN.value_or(kMaxSnapshots));
+    if (picked.empty()) return;
+    result.snapshots = static_cast<std::int64_t>(picked.size());
+    result.from = picked.back().time;
+    result.to = picked.front().time;
+    result.rows = CompareAuctions(ReadAuctions(*m_db, picked.back().id), ReadAuctions(*m_db, picked.front().id));
     if (topK && static_cast<std::int64_t>(result.rows.size()) > *topK) {
       result.rows.resize(static_cast<std::size_t>(*topK));
     }
   });
-  if (outcome) trend = std::move(result);
-  return outcome;
+}
+
+base::Outcome ResearchStore::GrowthHistory(sites::Site site, std::int64_t largest, AuctionHistory& history) {
+  return Answer(m_file, "read the auction history of", OfSite<AuctionHistory>(site), history, [&](AuctionHistory& result) {
+    std::vector<Picked> picked = PickSnapshots(*m_db, site, Holding::Auctions, kMaxSnapshots);
+    if (picked.size() < 2) return;
+    std::reverse(picked.begin(), picked.end());
+    std::vector<AuctionTrendRow> grown =
+        CompareAuctions(ReadAuctions(*m_db, picked.front().id), ReadAuctions(*m_db, picked.back().id));
+    std::erase_if(grown, [](const AuctionTrendRow& row) { return row.change <= 0; });
+    grown.resize(std::min(grown.size(), static_cast<std::size_t>(std::max<std::int64_t>(largest, 0))));
+    if (grown.empty()) return;
+    std::unordered_map<std::string, std::size_t> followed;
+    for (const AuctionTrendRow& row : grown) {
+      followed.emplace(AuctionKey(row.link, row.auction), result.series.size());
+      result.series.push_back({row.auction, row.link, {}});
+    }
+    for (const Picked& snapshot : picked) {
+      result.times.push_back(snapshot.time);
+      for (AuctionSeries& series : result.series) series.counts.emplace_back();
+      std::vector<bool> seen(result.series.size());
+      for (const AuctionCount& row : ReadAuctions(*m_db, snapshot.id)) {
+        const auto it = followed.find(AuctionKey(row.link, row.name));
+        // Of two rows with one key, the first counts, as in the comparison.
+        if (it == followed.end() || seen[it->second]) continue;
+        seen[it->second] = true;
+        result.series[it->second].counts.back() = CountOf(row);
+      }
+    }
+  });
 }
 
 base::Outcome ResearchStore::TrendsKeywords(sites::Site site, KeywordTrend& trend) {
-  trend = KeywordTrend();
-  trend.site = site;
-  KeywordTrend result = trend;
-  const base::Outcome outcome = Guarded(m_file, "read the keyword trends of", "", [&] {
-    sqlite::Statement pick(*m_db, R"sql(
-SELECT id, time FROM snapshots s
-WHERE site = ?1 AND EXISTS (SELECT 1 FROM keywords k WHERE k.snapshot = s.id)
-ORDER BY time DESC, id DESC LIMIT 2)sql");
-    pick.Bind(1, SiteText(site));
-    std::vector<std::int64_t> ids;
-    while (pick.Step()) {
-      ids.push_back(pick.Integer(0));
-      (ids.size() == 1 ? result.to : result.from) = pick.Text(1);
-    }
-    if (ids.size() < 2) return;
-    CompareKeywords(ReadKeywords(*m_db, ids[1]), ReadKeywords(*m_db, ids[0]), result);
+  return Answer(m_file, "read the keyword trends of", OfSite<KeywordTrend>(site), trend, [&](KeywordTrend& result) {
+    const std::vector<Picked> picked = PickSnapshots(*m_db, site, Holding::Keywords, 2);
+    if (!picked.empty()) result.to = picked.front().time;
+    if (picked.size() < 2) return;
+    result.from = picked.back().time;
+    CompareKeywords(ReadKeywords(*m_db, picked.back().id), ReadKeywords(*m_db, picked.front().id), result);
   });
-  if (outcome) trend = std::move(result);
-  return outcome;
 }
 
 base::Outcome ResearchStore::TrendsQuery(std::string_view name, QueryTrend& trend) {
-  trend = QueryTrend();
-  trend.query = name;
-  QueryTrend result = trend;
-  const base::Outcome outcome = Guarded(m_file, "read the query trends of", "", [&] {
+  return Answer(m_file, "read the query trends of", QueryNamed(name), trend, [&](QueryTrend& result) {
     sqlite::Statement points(*m_db, R"sql(
 SELECT q.id, s.id, s.time, q.site, q.statistics, (SELECT count(*) FROM query_rows r WHERE r.query = q.id)
 FROM queries q JOIN snapshots s ON s.id = q.snapshot
@@ -429,8 +496,6 @@ WHERE q.name = ?1 AND q.site IN ('usa', 'uk') ORDER BY s.time, s.id, q.id)sql");
       if (!seen.contains(LinkOf(row))) result.newItems.push_back(std::move(row));
     }
   });
-  if (outcome) trend = std::move(result);
-  return outcome;
 }
 
 }  // namespace gavelscope::store

@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -68,6 +69,9 @@ class ResearchStore {
   // Records one snapshot of a Site, as one transaction; `id` is its number. A snapshot time equal to
   // an earlier one is fine: snapshots of the same second keep the order they were recorded in.
   base::Outcome Record(const SnapshotData& snapshot, std::int64_t& id, const RecordOptions& options = {});
+  // Records several snapshots as one transaction: all of them or none. `ids` in their order.
+  base::Outcome Record(std::span<const SnapshotData> snapshots, std::vector<std::int64_t>& ids,
+                       const RecordOptions& options = {});
 
   // Every snapshot, or those of one Site, oldest first.
   base::Outcome Snapshots(std::optional<sites::Site> site, std::vector<SnapshotInfo>& snapshots);
@@ -82,6 +86,10 @@ class ResearchStore {
   base::Outcome TrendsAuctions(sites::Site site, std::optional<std::int64_t> lastN, std::optional<std::int64_t> topK,
                                AuctionTrend& trend);
 
+  // The `largest` sub-categories that grew most from the Site's first snapshot to its last, each with
+  // its count in every snapshot. Fewer than two snapshots, or nothing grew: no series.
+  base::Outcome GrowthHistory(sites::Site site, std::int64_t largest, AuctionHistory& history);
+
   // The Top 100 keywords of the Site's last two snapshots that hold keywords: entered, left, moved.
   base::Outcome TrendsKeywords(sites::Site site, KeywordTrend& trend);
 
@@ -91,6 +99,8 @@ class ResearchStore {
 
  private:
   ResearchStore(std::filesystem::path file, std::unique_ptr<sqlite::Connection> connection);
+  // Writes one snapshot's rows inside the caller's transaction; its id.
+  std::int64_t Insert(const SnapshotData& snapshot);
 
   std::filesystem::path m_file;
   std::unique_ptr<sqlite::Connection> m_db;

@@ -9,15 +9,15 @@
 
 namespace gavelscope::store {
 
-namespace {
-
-// The name stands in for a link only where there is none; the prefix keeps a name from ever
-// matching a link.
-std::string KeyOf(const AuctionCount& row) {
-  return row.link.empty() ? "name:" + row.name : row.link;
+std::string AuctionKey(std::string_view link, std::string_view name) {
+  // The prefix keeps a name from ever matching a link.
+  return link.empty() ? "name:" + std::string(name) : std::string(link);
 }
 
-}  // namespace
+std::optional<long> CountOf(const AuctionCount& row) {
+  // No site shows a count below 0, and leaving such out keeps last - first from overflowing.
+  return row.count && *row.count >= 0 ? row.count : std::nullopt;
+}
 
 std::string_view StatusName(AuctionStatus status) {
   switch (status) {
@@ -33,14 +33,11 @@ std::string_view StatusName(AuctionStatus status) {
 
 std::vector<AuctionTrendRow> CompareAuctions(std::span<const AuctionCount> first, std::span<const AuctionCount> last) {
   std::unordered_map<std::string, const AuctionCount*> before;
-  for (const AuctionCount& row : first) before.try_emplace(KeyOf(row), &row);
+  for (const AuctionCount& row : first) before.try_emplace(AuctionKey(row.link, row.name), &row);
   std::unordered_map<std::string, const AuctionCount*> after;
   std::vector<AuctionTrendRow> rows;
   const auto add = [&rows](const AuctionCount* was, const AuctionCount* is) {
-    // A count below 0 is none: no site shows one, and it keeps last - first from overflowing.
-    const auto count = [](const AuctionCount* row) {
-      return row != nullptr && row->count && *row->count >= 0 ? row->count : std::nullopt;
-    };
+    const auto count = [](const AuctionCount* row) { return row != nullptr ? CountOf(*row) : std::nullopt; };
     const AuctionCount& named = is != nullptr ? *is : *was;
     AuctionTrendRow row;
     row.auction = named.name;
@@ -57,7 +54,7 @@ std::vector<AuctionTrendRow> CompareAuctions(std::span<const AuctionCount> first
     rows.push_back(std::move(row));
   };
   for (const AuctionCount& row : last) {
-    const std::string key = KeyOf(row);
+    const std::string key = AuctionKey(row.link, row.name);
     if (!after.try_emplace(key, &row).second) continue;
     const auto was = before.find(key);
     add(was != before.end() ? was->second : nullptr, &row);

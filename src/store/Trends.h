@@ -7,6 +7,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "insights/ListTable.h"
@@ -53,6 +54,23 @@ struct AuctionTrend {
 // two rows with the same key in one list the first counts. Rows are ranked by change, largest growth
 // first; equal changes by name, then link.
 std::vector<AuctionTrendRow> CompareAuctions(std::span<const AuctionCount> first, std::span<const AuctionCount> last);
+std::string AuctionKey(std::string_view link, std::string_view name);
+// The row's count as the trends read it: none below 0.
+std::optional<long> CountOf(const AuctionCount& row);
+
+// The sub-categories that grew most between the first and the last of a Site's snapshots, with their
+// count in each snapshot: the line chart of the Insights window.
+struct AuctionSeries {
+  std::string auction;
+  std::string link;
+  std::vector<std::optional<long>> counts;  // one per time, none where not listed or without a number
+};
+
+struct AuctionHistory {
+  sites::Site site = sites::Site::USA;
+  std::vector<std::string> times;     // every snapshot's, oldest first; none with fewer than two
+  std::vector<AuctionSeries> series;  // largest growth first; only those that grew
+};
 
 struct KeywordPlace {
   std::string keyword;

@@ -139,6 +139,18 @@ TEST_F(StoreTest, AuctionTrendsCompareTheFirstAndLastSnapshotBySubCategoryLink) 
   ASSERT_TRUE(store->TrendsAuctions(Site::USA, std::nullopt, std::nullopt, trend));
   EXPECT_EQ(trend.snapshots, 1);
   EXPECT_EQ(trend.rows[0].change, 0);
+
+  // The chart's lines: the two that grew most, through every UK snapshot; the USA's one has no line.
+  AuctionHistory history;
+  ASSERT_TRUE(store->GrowthHistory(Site::UK, 2, history));
+  EXPECT_EQ(history.times,
+            (std::vector<std::string>{"2026-03-01T06:00:00Z", "2026-03-02T06:00:00Z", "2026-03-03T06:00:00Z"}));
+  ASSERT_EQ(history.series.size(), 2U);
+  EXPECT_EQ(history.series[0].auction, "New");
+  EXPECT_EQ(history.series[0].counts, (std::vector<std::optional<long>>{std::nullopt, std::nullopt, 70}));
+  EXPECT_EQ(history.series[1].counts, (std::vector<std::optional<long>>{100, 1000, 150}));
+  ASSERT_TRUE(store->GrowthHistory(Site::USA, 2, history));
+  EXPECT_TRUE(history.times.empty() && history.series.empty());
 }
 
 TEST_F(StoreTest, KeywordTrendsListWhatEnteredLeftAndMovedBetweenTheLastTwoSnapshots) {
