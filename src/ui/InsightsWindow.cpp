@@ -11,6 +11,8 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QContextMenuEvent>
+#include <QGraphicsScene>
+#include <QGraphicsView>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QHorizontalBarSeries>
@@ -22,6 +24,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QScatterSeries>
+#include <QTabWidget>
 #include <QTableWidget>
 #include <QVBoxLayout>
 #include <QValueAxis>
@@ -319,7 +322,8 @@ void DescribeAuctions(const auctions::CAuctionListCtrl& list, InsightsDescriptio
 
 }  // namespace
 
-CInsightsWindow::CInsightsWindow(app::CRunController& run, base::IUserMessages& messages, QWidget* parent)
+CInsightsWindow::CInsightsWindow(app::CRunController& run, base::IUserMessages& messages, std::filesystem::path store,
+                                 QWidget* parent)
     : QWidget(parent, Qt::Window),
       m_run(run),
       m_messages(messages),
@@ -364,13 +368,22 @@ CInsightsWindow::CInsightsWindow(app::CRunController& run, base::IUserMessages& 
   itemLayout->addWidget(ChartPane(InsightsChart::Scatter, m_scatter), 1);
   m_auctionPane = ChartPane(InsightsChart::Auctions, m_auctions);
 
+  auto* statistics = new QWidget(this);
   auto* body = new QHBoxLayout;
   body->addWidget(m_numbers);
   body->addWidget(m_itemPanes, 1);
   body->addWidget(m_auctionPane, 1);
+  auto* statisticsLayout = new QVBoxLayout(statistics);
+  statisticsLayout->addWidget(m_caption);
+  statisticsLayout->addLayout(body, 1);
+  m_trends = new CTrendsPage(m_run, std::move(store),
+                             [this](QChartView* view) { return ChartPane(InsightsChart::Trends, view); }, this);
+  m_pages = new QTabWidget(this);
+  m_pages->addTab(statistics, QStringLiteral("&Statistics"));
+  m_pages->addTab(m_trends, QStringLiteral("&Trends"));
   auto* layout = new QVBoxLayout(this);
-  layout->addWidget(m_caption);
-  layout->addLayout(body, 1);
+  layout->setContentsMargins(4, 4, 4, 4);
+  layout->addWidget(m_pages);
 
   m_coalesce.setSingleShot(true);
   m_coalesce.setInterval(kCoalesceMilliseconds);
@@ -398,8 +411,13 @@ QWidget* CInsightsWindow::ChartPane(InsightsChart which, QChartView* view) {
   return pane;
 }
 
+void CInsightsWindow::ShowTrends(bool trends) {
+  m_pages->setCurrentWidget(trends ? static_cast<QWidget*>(m_trends) : m_pages->widget(0));
+}
+
 void CInsightsWindow::Follow(const InsightsSubject& subject) {
   m_subject = subject;
+  m_trends->Follow(subject.site);
   ++m_subjectGeneration;
   // Only the charts of the list's kind are laid out and drawn, from the first paint on.
   m_itemPanes->setVisible(!DescribesAuctions(subject));
@@ -483,6 +501,8 @@ QChart* CInsightsWindow::chart(InsightsChart which) const {
       return m_histogram->chart();
     case InsightsChart::Scatter:
       return m_scatter->chart();
+    case InsightsChart::Trends:
+      return m_trends->chart();
     case InsightsChart::Auctions:
       break;
   }
@@ -628,10 +648,7 @@ void CInsightsWindow::ShowMarks() {
 }
 
 bool CInsightsWindow::SaveChart(InsightsChart which, const QString& file) {
-  QChartView* view = which == InsightsChart::Histogram ? m_histogram
-                     : which == InsightsChart::Scatter ? m_scatter
-                                                       : m_auctions;
-  const QPixmap picture = view->grab();
+  const QPixmap picture = chart(which)->scene()->views().front()->grab();
   return !picture.isNull() && picture.save(file, "PNG");
 }
 

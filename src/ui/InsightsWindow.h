@@ -20,12 +20,14 @@
 #include "base/ObservableControl.h"
 #include "base/UserMessages.h"
 #include "sites/SiteProfile.h"
+#include "ui/TrendsPage.h"
 
 class QChart;
 class QChartView;
 class QComboBox;
 class QLabel;
 class QTableWidget;
+class QTabWidget;
 
 namespace gavelscope::ui {
 
@@ -39,7 +41,7 @@ struct InsightsSubject {
   sites::Site querySite = sites::Site::USA;
 };
 
-enum class InsightsChart { Histogram, Scatter, Auctions };
+enum class InsightsChart { Histogram, Scatter, Auctions, Trends };
 
 struct InsightsDescription;
 
@@ -58,8 +60,10 @@ class CInsightsWindow : public QWidget {
   // Qt Charts makes a graphics item of each new mark, a few milliseconds' work per few hundred.
   static constexpr int kNewMarksPerTurn = 300;
 
-  // `messages` asks where a chart is saved and tells when it cannot be.
-  CInsightsWindow(app::CRunController& run, base::IUserMessages& messages, QWidget* parent = nullptr);
+  // `messages` asks where a chart is saved and tells when it cannot be; the Trends page reads and
+  // records into the research store `store`.
+  CInsightsWindow(app::CRunController& run, base::IUserMessages& messages, std::filesystem::path store,
+                  QWidget* parent = nullptr);
   ~CInsightsWindow() override;
 
   // Describes `subject` from now on, at once.
@@ -69,6 +73,10 @@ class CInsightsWindow : public QWidget {
 
   // Writes the chart as a PNG picture; false when the file cannot be written.
   bool SaveChart(InsightsChart which, const QString& file);
+
+  CTrendsPage* trends() const { return m_trends; }
+  // Shows the Trends page (true) or the statistics of the list (false).
+  void ShowTrends(bool trends);
 
   QString caption() const;
   QTableWidget* numbers() const { return m_numbers; }
@@ -114,6 +122,8 @@ class CInsightsWindow : public QWidget {
   QChartView* m_auctions = nullptr;
   QWidget* m_itemPanes = nullptr;
   QWidget* m_auctionPane = nullptr;
+  QTabWidget* m_pages = nullptr;
+  CTrendsPage* m_trends = nullptr;
 
   struct Pending {
     std::uint64_t generation = 0;

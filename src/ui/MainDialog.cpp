@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Copyright 2026 The Gavelscope developers
+#include "store/ResearchStore.h"
 #include "ui/MainDialog.h"
 
 #include <QApplication>
@@ -123,7 +124,8 @@ CMainDialog::CMainDialog(app::ControllerConfig config, base::IUserMessages* mess
                          QWidget* parent)
     : CTrayDialog(parent),
       m_messages(messages != nullptr ? messages : new QtMessages(this)),
-      m_view(new QtMainView(this)) {
+      m_view(new QtMainView(this)),
+      m_researchStore(store::DefaultStorePath()) {
   setWindowTitle(QString::fromLatin1(base::text::kWindowTitle));
   setFixedSize(kClientWidth, kClientHeight);
   setMouseTracking(true);
@@ -349,9 +351,14 @@ bool CMainDialog::AskForNewQuery() {
   // A running query is stopped, and said so, before the new one is defined.
   if (m_controller->IsQueryRunning()) m_commands->StopQuery();
   const bool started = m_queryDialog ? m_queryDialog() : [this] {
+    const CQueryDialog* shown = nullptr;
     CQueryDialog dialog(
         m_controller->config().profile, KnownCategoryNames(*m_controller),
-        [this](const query::QueryDefinition& query) { return StartQuery(query); }, *m_messages, this);
+        [this, &shown](const query::QueryDefinition& query) {
+          return StartQuery(query, shown != nullptr && shown->file() ? shown->file()->filename().string() : "");
+        },
+        *m_messages, this);
+    shown = &dialog;
     return dialog.exec() == QDialog::Accepted;
   }();
   if (!started) return false;
@@ -369,8 +376,11 @@ void CMainDialog::ShowAbout() {
   about->open();
 }
 
-bool CMainDialog::StartQuery(const query::QueryDefinition& query) {
+bool CMainDialog::StartQuery(const query::QueryDefinition& query, std::string name) {
   m_querySite = query.site;
+  // Only a query with a file's name is recorded: that name is what its trends are asked for by.
+  m_lastQuery = name.empty() ? std::nullopt : std::optional(RecordableQuery{query, std::move(name)});
+  if (m_insights) m_insights->trends()->SetQuery(m_lastQuery);
   const bool started = m_commands->StartQuery(query);
   FollowInsights();
   return started;
@@ -387,7 +397,8 @@ void CMainDialog::FollowInsights() {
 
 void CMainDialog::ShowInsights() {
   if (!m_insights) {
-    m_insights = std::make_unique<CInsightsWindow>(*m_controller, *m_messages);
+    m_insights = std::make_unique<CInsightsWindow>(*m_controller, *m_messages, m_researchStore);
+    m_insights->trends()->SetQuery(m_lastQuery);
     app::CRunController& run = *m_controller;
     const std::pair<RowsModel*, const base::ObservableControl*> lists[] = {{m_auctionsUSA, &run.AuctionList(Site::USA)},
                                                                            {m_auctionsUK, &run.AuctionList(Site::UK)},

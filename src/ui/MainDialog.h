@@ -5,6 +5,7 @@
 #include <QRect>
 
 #include <array>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -78,7 +79,11 @@ class CMainDialog : public CTrayDialog, private banner::IBannerSink {
   CInsightsWindow* insights() const { return m_insights.get(); }
   // What the query dialog's Start Query does; the window remembers the query's Site, whose rules
   // read the results' prices.
-  bool StartQuery(const query::QueryDefinition& query);
+  // `name` is the query file's name when it came from one or was saved to one: the research store
+  // keeps its results under that name.
+  bool StartQuery(const query::QueryDefinition& query, std::string name = {});
+  // The research store of the Insights window's Trends page; set before the window first opens.
+  void SetResearchStore(std::filesystem::path file) { m_researchStore = std::move(file); }
 
   app::CRunController& controller() { return *m_controller; }
   app::CMainCommands& commands() { return *m_commands; }
@@ -149,6 +154,8 @@ class CMainDialog : public CTrayDialog, private banner::IBannerSink {
   // Abandons a banner being decoded when the window closes.
   std::stop_source m_bannerStop;
   std::optional<sites::Site> m_querySite;
+  std::optional<RecordableQuery> m_lastQuery;
+  std::filesystem::path m_researchStore;
   // A top-level window of its own, so that no window manager keeps it over the face.
   std::unique_ptr<CInsightsWindow> m_insights;
   // Declared last: it goes first, before anything it shows a banner in.

@@ -568,6 +568,7 @@ void CQueryDialog::SaveQuery() {
   ExchangeIn();
   const base::Outcome saved = query::SaveQueryFile(*file, CollectQuery());
   ShowMembers();
+  if (saved) m_file = *file;
   if (!saved) m_messages.Show(base::UserMessage{"Cannot Save To File : " + FullPath(*file), kErrorTitle, base::MessageButtons::Ok, true, base::MessageKind::Error});
 }
 
@@ -582,6 +583,7 @@ void CQueryDialog::LoadQuery() {
     return;
   }
   ApplyQuery(loaded);
+  m_file = *file;
 }
 
 CQueryDialog::CategoryNames KnownCategoryNames(const app::CRunController& controller) {

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -111,6 +112,8 @@ class CQueryDialog : public QDialog {
   void ApplyQuery(const query::QueryDefinition& query);
 
   void StartQuery();
+  // The query file last loaded or saved here, if any.
+  const std::optional<std::filesystem::path>& file() const { return m_file; }
   void SaveQuery();
   void LoadQuery();
 
@@ -152,6 +155,7 @@ class CQueryDialog : public QDialog {
   Start m_start;
   base::IUserMessages& m_messages;
   QueryMembers m_members;
+  std::optional<std::filesystem::path> m_file;
   std::array<FilterGroup, 3> m_filters;            // bids, days, price
   std::array<QRadioButton*, 4> m_sortRadios{};     // date ended, item title, price, bids
   std::array<QRadioButton*, 2> m_countryRadios{};  // international, united kingdom

@@ -49,12 +49,20 @@ int main(int argc, char** argv) {
   const std::vector<std::string> args(argv + 1, argv + argc);
   app::SharedOptions shared;
   std::string screenshotFile;
+  std::string storeFile;
   CLI::App commandLine(kDescription, "gavelscope");
   app::AddSharedOptions(commandLine, "gavelscope 2.0", shared);
   commandLine
       .add_option("--screenshot", screenshotFile,
                   "skip the welcome notice, save a PNG picture of the window to FILE once the start-up loads have "
                   "finished, and close the window")
+      ->type_name("FILE")
+      ->check(CLI::Validator(
+          [](std::string& file) { return file.empty() ? std::string("needs a file name") : std::string(); }, ""));
+  commandLine
+      .add_option("--db", storeFile,
+                  "the research store that the Insights window's Trends page reads and records into (default: "
+                  "$XDG_DATA_HOME/gavelscope/research.sqlite)")
       ->type_name("FILE")
       ->check(CLI::Validator(
           [](std::string& file) { return file.empty() ? std::string("needs a file name") : std::string(); }, ""));
@@ -85,6 +93,7 @@ int main(int argc, char** argv) {
     return 0;
   }
   ui::CMainDialog window(setup.Config(app::CacheFolder()));
+  if (!storeFile.empty()) window.SetResearchStore(storeFile);
   int exitCode = 0;
   if (!screenshot.isEmpty()) {
     window.mainView().SetRunCompleteHandler([&] {

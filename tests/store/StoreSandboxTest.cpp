@@ -9,12 +9,9 @@
 #include <iostream>
 #include <map>
 
-#include "app/HeadlessMainView.h"
-#include "app/RunController.h"
 #include "store/ResearchStore.h"
-#include "support/RecordingBrowser.h"
-#include "support/RecordingMessages.h"
 #include "support/SandboxFixture.h"
+#include "support/SiteRun.h"
 #include "support/TempFolder.h"
 
 namespace gavelscope::store {
@@ -22,26 +19,11 @@ namespace {
 
 using sites::Site;
 
-struct SiteRun {
-  explicit SiteRun(const app::ControllerConfig& config) : controller(config, view, messages, browser) {
-    controller.Start();
-    for (const app::Load load :
-         {app::Load::KeywordsUK, app::Load::KeywordsUSA, app::Load::AuctionsUSA, app::Load::AuctionsUK}) {
-      EXPECT_TRUE(controller.LoadDone(load).Wait({}));
-    }
-  }
-  SnapshotData Snapshot(Site site, int day) {
-    return {site,
-            std::chrono::sys_days(std::chrono::year(2026) / 3 / 1) + std::chrono::days(day),
-            AuctionCountsOf(controller.AuctionList(site).Rows()),
-            KeywordsOf(controller.Tree(site)),
-            {}};
-  }
-  app::HeadlessMainView view;
-  testing::RecordingMessages messages;
-  testing::RecordingBrowser browser;
-  app::CRunController controller;
-};
+using testing::SiteRun;
+
+std::chrono::sys_seconds Day(int day) {
+  return std::chrono::sys_days(std::chrono::year(2026) / 3 / 1) + std::chrono::days(day);
+}
 
 class StoreOnSandbox : public testing::SandboxTest {
  protected:
@@ -67,8 +49,8 @@ TEST_F(StoreOnSandbox, TheAuctionTrendOfTwoDaysMatchesTheTwoRecordedLists) {
   const auto dayOne =
       standin::SandboxProcess::Start({GAVELSCOPE_SANDBOX_PYTHON, GAVELSCOPE_SANDBOX_SCRIPT, {"--day", "1"}}, error);
   ASSERT_TRUE(dayOne) << error;
-  const SnapshotData first = SiteRun(Config(Sandbox().connectTo())).Snapshot(Site::UK, 0);
-  const SnapshotData last = SiteRun(Config(dayOne->connectTo())).Snapshot(Site::UK, 1);
+  const SnapshotData first = SiteRun(Config(Sandbox().connectTo())).Snapshot(Site::UK, Day(0));
+  const SnapshotData last = SiteRun(Config(dayOne->connectTo())).Snapshot(Site::UK, Day(1));
   ASSERT_EQ(first.auctions.size(), 330U);
   ASSERT_EQ(last.auctions.size(), 330U);
   auto store = Open();
@@ -115,8 +97,8 @@ TEST_F(StoreOnSandbox, DISABLED_RecordingBothSitesAndATwentyCategoryQueryTakes) 
   ASSERT_TRUE(run.controller.QueryEnded().Wait({}));
 
   const auto started = std::chrono::steady_clock::now();
-  SnapshotData usa = run.Snapshot(Site::USA, 0);
-  SnapshotData uk = run.Snapshot(Site::UK, 0);
+  SnapshotData usa = run.Snapshot(Site::USA, Day(0));
+  SnapshotData uk = run.Snapshot(Site::UK, Day(0));
   uk.queries.push_back(QueryRecordingOf("twenty.sbqry", settings, run.controller.QueryResults().Rows()));
   const auto built = std::chrono::steady_clock::now();
   auto store = Open();

@@ -12,6 +12,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QHorizontalBarSeries>
+#include <QLineSeries>
 #include <QLocale>
 #include <QMenu>
 #include <QPushButton>
@@ -25,7 +26,9 @@
 
 #include "WindowTestSupport.h"
 #include "insights/Statistics.h"
+#include "store/ResearchStore.h"
 #include "support/SandboxFixture.h"
+#include "support/SiteRun.h"
 #include "ui/AnimatedPicture.h"
 
 namespace gavelscope::ui {
@@ -208,7 +211,8 @@ TEST_F(InsightsWindowTest, ChartsSaveAsPicturesAndNumbersCopyAsTabSeparatedLines
   }
   // The button asks where, through the window's file chooser; a file that cannot be written says so.
   m_messages.chosenFile = m_folder / "missing-folder" / "chart.png";
-  QTest::mouseClick(insights.findChildren<QPushButton*>().front(), Qt::LeftButton);
+  const auto buttons = insights.findChildren<QPushButton*>();
+  QTest::mouseClick(*std::ranges::find_if(buttons, [](QPushButton* b) { return b->isVisible(); }), Qt::LeftButton);
   ASSERT_EQ(m_messages.Messages().size(), 1U);
   EXPECT_EQ(m_messages.Messages()[0].text, "Cannot write " + m_messages.chosenFile->string());
 
@@ -216,6 +220,79 @@ TEST_F(InsightsWindowTest, ChartsSaveAsPicturesAndNumbersCopyAsTabSeparatedLines
   table.setRangeSelected(QTableWidgetSelectionRange(0, 0, 1, 1), true);
   QTest::keyClick(&table, Qt::Key_C, Qt::ControlModifier);
   EXPECT_EQ(QApplication::clipboard()->text(), "Rows\t14\nRows with bids\t" + table.item(1, 1)->text());
+}
+
+// The store's figures worked out by hand: the lines of the sub-categories that grew, the keyword
+// movers, and Record now keeping the lists the window has loaded and nothing else.
+TEST_F(InsightsWindowTest, TheTrendsPageDrawsGrowthAndMoversAndRecordsTheLoadedLists) {
+  CInsightsWindow& insights = Open();
+  insights.ShowTrends(true);
+  CTrendsPage& trends = *insights.trends();
+  const std::filesystem::path file = m_folder / "research.sqlite";
+  ASSERT_TRUE(ProcessEventsUntil([&] { return trends.IsSettled(); }));
+  EXPECT_TRUE(trends.status().startsWith("There is no research store at")) << trends.status().toStdString();
+  EXPECT_FALSE(std::filesystem::exists(file));  // reading never makes one
+
+  {
+    base::Outcome opened;
+    auto research = store::ResearchStore::Open(file, {}, opened);
+    ASSERT_TRUE(research) << opened.error;
+    const auto count = [](const char* name, long n) { return store::AuctionCount{name, "l/" + std::string(name), "", n}; };
+    const std::vector<store::SnapshotData> days{
+        {Site::USA, store::ParseTime("2026-03-01").value(), {count("A", 10), count("B", 5), count("C", 50)},
+         {"lego", "nokia", "vhs"}, {}},
+        {Site::USA, store::ParseTime("2026-03-02").value(), {count("A", 20), count("C", 40)}, {"lego"}, {}},
+        {Site::USA, store::ParseTime("2026-03-03").value(), {count("A", 40), count("B", 30), count("C", 30)},
+         {"nokia", "lego", "dvd"}, {}}};
+    std::vector<std::int64_t> ids;
+    ASSERT_TRUE(research->Record(days, ids));
+  }
+  trends.Follow(Site::USA);
+  ASSERT_TRUE(ProcessEventsUntil([&] { return trends.IsSettled(); }));
+  const QList<QAbstractSeries*> lines = insights.chart(InsightsChart::Trends)->series();
+  ASSERT_EQ(lines.size(), 2);  // C shrank
+  const auto* a = static_cast<QLineSeries*>(lines[0]);
+  const auto* b = static_cast<QLineSeries*>(lines[1]);
+  EXPECT_EQ(a->name(), "A");
+  EXPECT_EQ(a->points(), QList<QPointF>({{1772323200e3, 10}, {1772409600e3, 20}, {1772496000e3, 40}}));
+  EXPECT_EQ(b->points(), QList<QPointF>({{1772323200e3, 5}, {1772496000e3, 30}}));  // not listed on day 2
+  QStringList movers;
+  const QTableWidget& table = *trends.movers();
+  for (int row = 0; row < table.rowCount(); ++row) {
+    QStringList cells;
+    for (int column = 0; column < 4; ++column) cells.append(table.item(row, column)->text());
+    movers.append(cells.join(u'|'));
+  }
+  // The last two snapshots with keywords: day 2's one against day 3's three.
+  EXPECT_EQ(movers, QStringList({"nokia|\u2014|1|new", "dvd|\u2014|3|new", "lego|1|2|\u25BC 1"}));
+
+  // Only the USA has loaded: its list is recorded as it stands, the UK not at all.
+  m_controller.AuctionList(Site::USA).AppendRow({"D", "1,234", nullptr});
+  m_controller.LoadDone(app::Load::KeywordsUSA).Set();
+  m_controller.LoadDone(app::Load::AuctionsUSA).Set();
+  QTest::mouseClick(trends.recordButton(), Qt::LeftButton);
+  EXPECT_FALSE(trends.recordButton()->isEnabled());
+  ASSERT_TRUE(ProcessEventsUntil([&] { return trends.IsSettled(); }));
+  EXPECT_TRUE(trends.recordButton()->isEnabled());
+  EXPECT_TRUE(trends.status().startsWith(
+      "Recorded snapshot 4: usa, 1 auction count, 0 keywords. uk was not recorded: it has not finished loading. "
+      "4 snapshots of USA."))
+      << trends.status().toStdString();
+  base::Outcome opened;
+  auto research = store::ResearchStore::Open(file, {}, opened);
+  std::vector<store::SnapshotInfo> snapshots;
+  ASSERT_TRUE(research && research->Snapshots(std::nullopt, snapshots));
+  ASSERT_EQ(snapshots.size(), 4U);
+  EXPECT_EQ(std::tie(snapshots[3].site, snapshots[3].auctions, snapshots[3].keywords),
+            std::tuple(Site::USA, 1, 0));
+  research.reset();
+
+  // A store the user made read-only keeps its snapshots and says why nothing was recorded.
+  std::filesystem::permissions(file, std::filesystem::perms::owner_read | std::filesystem::perms::group_read);
+  trends.RecordNow();
+  ASSERT_TRUE(ProcessEventsUntil([&] { return trends.IsSettled(); }));
+  EXPECT_TRUE(trends.status().startsWith("Cannot record a snapshot into " + QString::fromStdString(file.string())))
+      << trends.status().toStdString();
 }
 
 // Real listing pages' price and bid texts, through a query of the window on the sandbox; the picture
@@ -228,18 +305,40 @@ class InsightsOnSandboxTest : public testing::SandboxTest {
 };
 
 TEST_F(InsightsOnSandboxTest, AQuerysResultsAreDescribedByTheirScrapedPricesAndBids) {
+  // Two other states of the stand-in sites, recorded a day and two days ago, before the window's.
+  const std::filesystem::path file = m_folder / "research.sqlite";
+  {
+    base::Outcome opened;
+    auto research = store::ResearchStore::Open(file, {}, opened);
+    ASSERT_TRUE(research) << opened.error;
+    for (const int daysAgo : {2, 1}) {
+      std::string error;
+      const auto other = standin::SandboxProcess::Start(
+          {GAVELSCOPE_SANDBOX_PYTHON, GAVELSCOPE_SANDBOX_SCRIPT, {"--day", std::to_string(daysAgo)}}, error);
+      ASSERT_TRUE(other) << error;
+      net::NetOptions net = SandboxNetOptions();
+      net.connectTo = other->connectTo();
+      testing::SiteRun run({.profile = sites::CompiledProfile(), .net = net, .cacheFolder = m_folder / "other"});
+      const std::vector<store::SnapshotData> day{
+          run.Snapshot(Site::USA, store::NowUtc() - std::chrono::days(daysAgo)),
+          run.Snapshot(Site::UK, store::NowUtc() - std::chrono::days(daysAgo))};
+      std::vector<std::int64_t> ids;
+      ASSERT_TRUE(research->Record(day, ids));
+    }
+  }
   CMainDialog window({.profile = sites::CompiledProfile(),
                       .net = SandboxNetOptions(),
                       .cacheFolder = m_folder.path(),
                       .queryPollInterval = std::chrono::milliseconds(200)},
                      &m_messages, &m_browser);
+  window.SetResearchStore(file);
   window.show();
   window.Start(false);
   query::QueryDefinition query;
   query.site = Site::USA;
   query.pageDepth = 3;
   query.categories = {"Antiques", "Books", "Collectibles"};
-  ASSERT_TRUE(window.StartQuery(query));
+  ASSERT_TRUE(window.StartQuery(query, "antiques.sbqry"));
   const auto said = [&](const std::string& title) {
     return std::ranges::any_of(m_messages.Messages(), [&](const base::UserMessage& m) { return m.title == title; });
   };
@@ -258,6 +357,42 @@ TEST_F(InsightsOnSandboxTest, AQuerysResultsAreDescribedByTheirScrapedPricesAndB
   const QString picture = QStringLiteral(GAVELSCOPE_INSIGHTS_PICTURE);
   ASSERT_TRUE(QDir().mkpath(QFileInfo(picture).path()));
   ASSERT_TRUE(insights.grab().save(picture, "PNG"));
+
+  // Record now keeps both Sites' lists and the query's results as the window holds them; the USA's
+  // lines end at the window's counts.
+  insights.ShowTrends(true);
+  CTrendsPage& trends = *insights.trends();
+  ASSERT_TRUE(ProcessEventsUntil([&] {
+    return std::ranges::all_of(std::array{app::Load::KeywordsUSA, app::Load::KeywordsUK, app::Load::AuctionsUSA,
+                                          app::Load::AuctionsUK},
+                               [&](app::Load load) { return window.controller().LoadDone(load).IsSet(); });
+  }));
+  trends.RecordNow();
+  ASSERT_TRUE(ProcessEventsUntil([&] { return trends.IsSettled(); }));
+  EXPECT_TRUE(trends.status().startsWith("Recorded snapshot 5: usa, 330 auction counts, ")) << trends.status().toStdString();
+  base::Outcome opened;
+  auto research = store::ResearchStore::Open(file, {}, opened);
+  ASSERT_TRUE(research) << opened.error;
+  store::QueryTrend recorded;
+  ASSERT_TRUE(research->TrendsQuery("antiques.sbqry", recorded));
+  ASSERT_EQ(recorded.points.size(), 1U);
+  EXPECT_EQ(recorded.points[0].rows, static_cast<std::int64_t>(rows.size()));
+  std::map<std::string, std::optional<long>> now;  // by link
+  for (const store::AuctionCount& row : store::AuctionCountsOf(window.controller().AuctionList(Site::USA).Rows())) {
+    now[row.link] = row.count;
+  }
+  store::AuctionHistory history;
+  ASSERT_TRUE(research->GrowthHistory(Site::USA, CTrendsPage::kLines, history));
+  const QList<QAbstractSeries*> lines = insights.chart(InsightsChart::Trends)->series();
+  ASSERT_EQ(lines.size(), CTrendsPage::kLines);
+  for (int i = 0; i < CTrendsPage::kLines; ++i) {
+    const store::AuctionSeries& grown = history.series[static_cast<std::size_t>(i)];
+    ASSERT_EQ(grown.counts.size(), 3U);
+    EXPECT_EQ(grown.counts.back(), now.at(grown.link));
+    EXPECT_EQ(static_cast<QLineSeries*>(lines[i])->points().back().y(), double(grown.counts.back().value_or(-1)));
+  }
+  const QString trendsPicture = QStringLiteral(GAVELSCOPE_TRENDS_PICTURE);
+  ASSERT_TRUE(insights.grab().save(trendsPicture, "PNG"));
 }
 
 }  // namespace

@@ -176,8 +176,10 @@ TEST_F(QueryDialogTest, SavesTheBytesTheCommandLineSavesAndLoadsThemBackIntoEver
   EXPECT_EQ(m_messages.fileChoices.back().title + (m_messages.fileChoices.back().save ? " to save" : " to open"),
             "Choose New Gavelscope Query To Load ! to open");
   EXPECT_EQ(Selected(after), (std::set<std::string>{"Art", "Toys & Hobbies"}));
+  EXPECT_EQ(after.file(), m_folder / "before.sbqry");  // the name its results are recorded under
   // Saving what was loaded gives the same file: every control took its value.
   EXPECT_EQ(Save(after, "after.sbqry"), bytes);
+  EXPECT_EQ(after.file(), m_folder / "after.sbqry");
   // No bid filter: unchecking its box offers "Greater than".
   Click(after, {kAnyBids});
   EXPECT_EQ(States(after, {kBidsGreater}), "+");
@@ -193,6 +195,7 @@ TEST_F(QueryDialogTest, SavesTheBytesTheCommandLineSavesAndLoadsThemBackIntoEver
   ASSERT_EQ(m_messages.Messages().size(), 1u);
   EXPECT_EQ(m_messages.Messages()[0].title + " " + m_messages.Messages()[0].text,
             "Gavelscope Error ! Cannot Load File : " + (m_folder / "missing.sbqry").string());
+  EXPECT_EQ(after.file(), m_folder / "after.sbqry");
 }
 
 TEST_F(QueryDialogTest, StartQueryNeedsACategoryThenStartsWithWhatTheFieldsHoldEvenWhenOneFails) {

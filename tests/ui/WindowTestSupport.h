@@ -40,7 +40,10 @@ inline int CountPixels(const QImage& image, const QRect& area, const std::functi
 // A shown window that has not started its run: its views, controls and commands, without the sites.
 class IdleWindowTest : public ::testing::Test {
  protected:
-  IdleWindowTest() { m_window.show(); }
+  IdleWindowTest() {
+    m_window.SetResearchStore(m_folder / "research.sqlite");
+    m_window.show();
+  }
 
   testing::TempFolder m_folder;
   testing::RecordingMessages m_messages;
