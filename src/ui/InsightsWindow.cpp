@@ -327,7 +327,8 @@ CInsightsWindow::CInsightsWindow(app::CRunController& run, base::IUserMessages& 
     : QWidget(parent, Qt::Window),
       m_run(run),
       m_messages(messages),
-      m_current(std::make_unique<InsightsDescription>()) {
+      m_current(std::make_unique<InsightsDescription>()),
+      m_worker([this](Reading job, std::stop_token stop) { Work(job, stop); }) {
   setWindowTitle(QStringLiteral("Gavelscope Insights"));
   // Closing this window alone never ends the program, also while the main window sits in the tray.
   setAttribute(Qt::WA_QuitOnClose, false);
@@ -394,7 +395,6 @@ CInsightsWindow::CInsightsWindow(app::CRunController& run, base::IUserMessages& 
     if (m_scatterStale) ShowScatter();
     ShowMarks();
   });
-  m_worker = std::jthread([this](std::stop_token stop) { Work(std::move(stop)); });
   Follow(m_subject);
 }
 
@@ -453,29 +453,15 @@ void CInsightsWindow::showEvent(QShowEvent* event) {
 
 void CInsightsWindow::Request() {
   ++m_requested;
-  {
-    std::lock_guard lock(m_mutex);
-    // A reading not yet begun is replaced: only the newest state is worth reading.
-    m_pending = Pending{m_requested, m_subjectGeneration, m_subject};
-  }
-  m_wake.notify_one();
+  m_worker.Hand(Reading{m_requested, m_subjectGeneration, m_subject});
 }
 
-void CInsightsWindow::Work(std::stop_token stop) {
-  for (;;) {
-    Pending job;
-    {
-      std::unique_lock lock(m_mutex);
-      if (!m_wake.wait(lock, stop, [this] { return m_pending.has_value(); })) return;
-      job = *m_pending;
-      m_pending.reset();
-    }
-    auto description = std::make_shared<InsightsDescription>(Describe(job.subject));
-    description->generation = job.generation;
-    description->subjectGeneration = job.subjectGeneration;
-    if (stop.stop_requested()) return;
-    OnGuiThread(this, [this, description] { Show(*description); });
-  }
+void CInsightsWindow::Work(const Reading& job, const std::stop_token& stop) {
+  auto description = std::make_shared<InsightsDescription>(Describe(job.subject));
+  description->generation = job.generation;
+  description->subjectGeneration = job.subjectGeneration;
+  if (stop.stop_requested()) return;
+  OnGuiThread(this, [this, description] { Show(*description); });
 }
 
 InsightsDescription CInsightsWindow::Describe(const InsightsSubject& subject) const {

@@ -7,16 +7,13 @@
 #include <QTimer>
 #include <QWidget>
 
-#include <condition_variable>
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <optional>
-#include <stop_token>
-#include <thread>
 
 #include "app/MainCommands.h"
 #include "app/RunController.h"
+#include "base/LatestJobThread.h"
 #include "base/ObservableControl.h"
 #include "base/UserMessages.h"
 #include "sites/SiteProfile.h"
@@ -88,9 +85,15 @@ class CInsightsWindow : public QWidget {
   void showEvent(QShowEvent* event) override;
 
  private:
+  struct Reading {
+    std::uint64_t generation = 0;
+    std::uint64_t subjectGeneration = 0;
+    InsightsSubject subject;
+  };
+
   const base::ObservableControl& ListOf(const InsightsSubject& subject) const;
   void Request();
-  void Work(std::stop_token stop);
+  void Work(const Reading& job, const std::stop_token& stop);
   InsightsDescription Describe(const InsightsSubject& subject) const;
   void Show(const InsightsDescription& description);
   void ShowCurrency();
@@ -125,16 +128,8 @@ class CInsightsWindow : public QWidget {
   QTabWidget* m_pages = nullptr;
   CTrendsPage* m_trends = nullptr;
 
-  struct Pending {
-    std::uint64_t generation = 0;
-    std::uint64_t subjectGeneration = 0;
-    InsightsSubject subject;
-  };
-  std::mutex m_mutex;
-  std::condition_variable_any m_wake;
-  std::optional<Pending> m_pending;
   // Declared last: stopped and joined before anything it reads goes.
-  std::jthread m_worker;
+  base::LatestJobThread<Reading> m_worker;
 };
 
 }  // namespace gavelscope::ui

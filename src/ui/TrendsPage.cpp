@@ -102,7 +102,10 @@ void FillMovers(QTableWidget& table, const store::KeywordTrend& trend) {
 
 CTrendsPage::CTrendsPage(app::CRunController& run, std::filesystem::path store,
                          const std::function<QWidget*(QChartView*)>& pane, QWidget* parent)
-    : QWidget(parent), m_run(run), m_store(std::move(store)) {
+    : QWidget(parent),
+      m_run(run),
+      m_store(std::move(store)),
+      m_worker([this](Job job, std::stop_token stop) { Work(job, stop); }) {
   m_heading = new QLabel(this);
   QFont bold = m_heading->font();
   bold.setBold(true);
@@ -160,7 +163,6 @@ CTrendsPage::CTrendsPage(app::CRunController& run, std::filesystem::path store,
   layout->addLayout(body, 1);
   layout->addLayout(foot);
 
-  m_worker = std::jthread([this](std::stop_token stop) { Work(std::move(stop)); });
   Follow(m_site);
 }
 
@@ -202,35 +204,24 @@ void CTrendsPage::RecordNow() {
 
 void CTrendsPage::Request(bool record) {
   ++m_requested;
-  {
-    std::lock_guard lock(m_mutex);
-    const bool recordWaiting = m_pending && m_pending->record;
-    m_pending = Job{m_requested, m_site, record || recordWaiting, m_query};
-  }
-  m_wake.notify_one();
+  // A reading not yet begun is replaced by a newer one; a recording waiting is never dropped.
+  m_worker.Hand([&](const std::optional<Job>& waiting) {
+    return Job{m_requested, m_site, record || (waiting && waiting->record), m_query};
+  });
 }
 
-void CTrendsPage::Work(std::stop_token stop) {
-  for (;;) {
-    Job job;
-    {
-      std::unique_lock lock(m_mutex);
-      if (!m_wake.wait(lock, stop, [this] { return m_pending.has_value(); })) return;
-      job = *m_pending;
-      m_pending.reset();
+void CTrendsPage::Work(const Job& job, const std::stop_token& stop) {
+  const std::string recorded = job.record ? Record(job) : std::string();
+  auto reading = std::make_shared<TrendsReading>(Read(job));
+  if (job.record) reading->said = recorded + (reading->said.empty() ? "" : " " + reading->said);
+  if (stop.stop_requested()) return;
+  OnGuiThread(this, [this, reading, record = job.record] {
+    if (record) {
+      m_recording = false;
+      m_record->setEnabled(true);
     }
-    const std::string recorded = job.record ? Record(job) : std::string();
-    auto reading = std::make_shared<TrendsReading>(Read(job));
-    if (job.record) reading->said = recorded + (reading->said.empty() ? "" : " " + reading->said);
-    if (stop.stop_requested()) return;
-    OnGuiThread(this, [this, reading, record = job.record] {
-      if (record) {
-        m_recording = false;
-        m_record->setEnabled(true);
-      }
-      Show(*reading);
-    });
-  }
+    Show(*reading);
+  });
 }
 
 std::string CTrendsPage::Record(const Job& job) const {

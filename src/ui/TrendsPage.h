@@ -5,18 +5,15 @@
 #include <QString>
 #include <QWidget>
 
-#include <condition_variable>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
-#include <stop_token>
 #include <string>
-#include <thread>
 
 #include "app/RunController.h"
+#include "base/LatestJobThread.h"
 #include "query/QueryDefinition.h"
 #include "sites/SiteProfile.h"
 
@@ -76,7 +73,7 @@ class CTrendsPage : public QWidget {
   };
 
   void Request(bool record);
-  void Work(std::stop_token stop);
+  void Work(const Job& job, const std::stop_token& stop);
   TrendsReading Read(const Job& job) const;
   std::string Record(const Job& job) const;
   void Show(const TrendsReading& reading);
@@ -95,12 +92,8 @@ class CTrendsPage : public QWidget {
   QLabel* m_status = nullptr;
   QPushButton* m_record = nullptr;
 
-  std::mutex m_mutex;
-  std::condition_variable_any m_wake;
-  // A reading not yet begun is replaced by a newer one; a recording is never dropped.
-  std::optional<Job> m_pending;
   // Declared last: stopped and joined before anything it reads goes.
-  std::jthread m_worker;
+  base::LatestJobThread<Job> m_worker;
 };
 
 }  // namespace gavelscope::ui
