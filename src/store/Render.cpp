@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdio>
 #include <utility>
 #include <variant>
 
@@ -89,7 +90,10 @@ template <typename T>
 std::string Shown(const std::optional<T>& value) {
   if (!value) return "-";
   if constexpr (std::is_floating_point_v<T>) {
-    return Number(*value);
+    // Prices and means are read, not computed with: two decimals, as the lists show prices.
+    char text[64];
+    std::snprintf(text, sizeof text, "%.2f", *value);
+    return text;
   } else {
     return std::to_string(*value);
   }
@@ -208,19 +212,18 @@ std::string Render(const KeywordTrend& trend, Format format) {
     return Csv(kKeywordColumns, std::move(rows));
   }
   if (!trend.from) return "Site " + Site(trend.site) + ": fewer than two snapshots with keywords\n";
-  std::string text = "Site " + Site(trend.site) + ": " + *trend.from + " to " + *trend.to + "\n";
-  const auto places = [&text](std::string_view title, const std::vector<KeywordPlace>& list) {
-    text += std::string(title) + ": " + std::to_string(list.size()) + "\n";
-    for (const KeywordPlace& place : list) text += "  " + std::to_string(place.position) + "  " + place.keyword + "\n";
-  };
-  places("entered", trend.entered);
-  places("left", trend.left);
-  text += "moves: " + std::to_string(trend.moves.size()) + "\n";
+  std::vector<std::vector<std::string>> lines;
+  for (const KeywordPlace& place : trend.entered)
+    lines.push_back({"entered", "-", std::to_string(place.position), "-", place.keyword});
+  for (const KeywordPlace& place : trend.left)
+    lines.push_back({"left", std::to_string(place.position), "-", "-", place.keyword});
   for (const KeywordMove& move : trend.moves) {
-    text += "  " + Signed(move.change) + "  " + std::to_string(move.from) + " -> " + std::to_string(move.to) + "  " +
-            move.keyword + "\n";
+    lines.push_back({"moved", std::to_string(move.from), std::to_string(move.to), Signed(move.change), move.keyword});
   }
-  return text;
+  return "Site " + Site(trend.site) + ": " + *trend.from + " to " + *trend.to + ", " +
+         std::to_string(trend.entered.size()) + " entered, " + std::to_string(trend.left.size()) + " left, " +
+         std::to_string(trend.moves.size()) + " moved\n" +
+         TextTable({"status", "from", "to", "change", "keyword"}, "lrrrl", lines);
 }
 
 std::string Render(const QueryTrend& trend, Format format) {
