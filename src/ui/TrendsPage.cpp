@@ -231,15 +231,23 @@ std::string CTrendsPage::Record(const Job& job) const {
     const bool usa = site == Site::USA;
     store::SnapshotData snapshot{site, store::NowUtc(), {}, {}, {}};
     // A Site still loading (or loading again after Refresh) would be recorded half, which the trends
-    // would read as sub-categories gone.
-    if (m_run.LoadDone(usa ? app::Load::KeywordsUSA : app::Load::KeywordsUK).IsSet() &&
-        m_run.LoadDone(usa ? app::Load::AuctionsUSA : app::Load::AuctionsUK).IsSet()) {
+    // would read as sub-categories gone. A Refresh begun while the lists were read clears the events.
+    const auto loaded = [&] {
+      return m_run.LoadDone(usa ? app::Load::KeywordsUSA : app::Load::KeywordsUK).IsSet() &&
+             m_run.LoadDone(usa ? app::Load::AuctionsUSA : app::Load::AuctionsUK).IsSet();
+    };
+    if (loaded()) {
       snapshot.auctions = store::AuctionCountsOf(m_run.AuctionList(site).Rows());
       snapshot.keywords = store::KeywordsOf(m_run.Tree(site));
+      if (!loaded()) {
+        snapshot.auctions.clear();
+        snapshot.keywords.clear();
+      }
     }
     if (job.query && job.query->definition.site == site && !m_run.IsQueryAlive()) {
       const auto rows = m_run.QueryResults().Rows();
-      if (!rows.empty()) snapshot.queries.push_back(store::QueryRecordingOf(job.query->name, job.query->definition, rows));
+      // A query started meanwhile has cleared the list: what was read may be its first rows.
+      if (!rows.empty() && !m_run.IsQueryAlive()) snapshot.queries.push_back(store::QueryRecordingOf(job.query->name, job.query->definition, rows));
     }
     if (snapshot.auctions.empty() && snapshot.keywords.empty() && snapshot.queries.empty()) {
       skipped.emplace_back(insights::SiteName(site));
