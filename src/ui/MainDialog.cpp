@@ -339,7 +339,6 @@ void CMainDialog::OnClick(QPoint point) {
       m_commands->SearchView(ToPageText(m_search->text()));
       break;
   }
-  if (region >= 0 && region != static_cast<int>(FaceRegion::TabQuery)) setCursor(Qt::PointingHandCursor);
   repaint();
 }
 
@@ -515,7 +514,14 @@ void CMainDialog::UpdateCursor(QPoint point) {
 
 void CMainDialog::mousePressEvent(QMouseEvent* event) {
   // Right clicks act exactly like left clicks on the face.
-  if (event->button() == Qt::LeftButton || event->button() == Qt::RightButton) OnClick(event->position().toPoint());
+  if (event->button() == Qt::LeftButton || event->button() == Qt::RightButton) {
+    const QPoint point = event->position().toPoint();
+    OnClick(point);
+    // The pointer is still over what it pressed; keys and screen readers press the same commands
+    // without it. The query tab's dialog has taken the pointer elsewhere: its next move tells.
+    const int region = RegionAt(point);
+    if (region >= 0 && region != static_cast<int>(FaceRegion::TabQuery)) setCursor(Qt::PointingHandCursor);
+  }
   CTrayDialog::mousePressEvent(event);
 }
 

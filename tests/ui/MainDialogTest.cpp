@@ -121,6 +121,7 @@ TEST_F(IdleWindowTest, EveryPaintedCommandHasAKeyATooltipAndAScreenReaderName) {
   EXPECT_EQ(m_browser.Opened().size(), 1U);
   QTest::keyClick(&m_window, Qt::Key_F, Qt::ControlModifier);
   EXPECT_EQ(m_window.focusWidget(), m_window.searchEdit());
+  EXPECT_EQ(m_window.cursor().shape(), Qt::ArrowCursor);  // no pointer went near the commands
 
   EXPECT_EQ(FaceToolTipAt(m_window, FaceRegionRect(FaceRegion::TabKeywords).center()), "Todays Keywords (Ctrl+1)");
   EXPECT_EQ(FaceToolTipAt(m_window, m_window.flag(Site::USA)->geometry().center()), "U.S.A (Alt+U)");
