@@ -152,13 +152,13 @@ base::Outcome CItemListCtrl::Export(const std::filesystem::path& file) {
   return base::ExportToFile(file, ExportText(), m_messages);
 }
 
-std::string CItemListCtrl::SiteLink(std::string link) const {
-  if (m_variant == ItemListVariant::HistoryUK) base::ReplaceAll(link, ".com", ".co.uk");
+std::string ItemPageLink(ItemListVariant variant, std::string link) {
+  if (variant == ItemListVariant::HistoryUK) base::ReplaceAll(link, ".com", ".co.uk");
   return link;
 }
 
 void CItemListCtrl::OpenItemPage() {
-  if (const RecordPtr record = MarkedRow()) m_browser.OpenUrlInBrowser(SiteLink(record->GetItemLink()));
+  if (const RecordPtr record = MarkedRow()) m_browser.OpenUrlInBrowser(ItemPageLink(m_variant, record->GetItemLink()));
 }
 
 void CItemListCtrl::OpenLinkedPage(sites::LinkedPage which) {

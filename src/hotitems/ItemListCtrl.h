@@ -23,6 +23,10 @@ namespace gavelscope::hotitems {
 
 enum class ItemListVariant { HistoryUK, HistoryUSA, QueryResults };
 
+// The item page a row of that list opens: the UK history list opens its items on the UK host,
+// whatever host the history line names.
+std::string ItemPageLink(ItemListVariant variant, std::string link);
+
 // A list of hot items, headless: one row per record, shown as four cells (date ended or time left,
 // title, price, bids), with the sort column and order its header remembers, the selection mark, and
 // every command the view offers. Safe to call from any thread.
@@ -61,7 +65,6 @@ class CItemListCtrl : public base::CListControl<std::shared_ptr<const CHotItemRe
 
  private:
   std::string SearchText(const RecordPtr& row) const override { return row ? row->GetTitle() : std::string(); }
-  std::string SiteLink(std::string link) const;
 
   const ItemListVariant m_variant;
   base::IBrowser& m_browser;

@@ -6,6 +6,7 @@
 
 #include "base/TextHelpers.h"
 #include "hotitems/ItemCompare.h"
+#include "hotitems/ItemListCtrl.h"
 #include "insights/Statistics.h"
 #include "sites/ListingLinks.h"
 
@@ -130,10 +131,9 @@ ListTable HistoryTable(std::span<const std::shared_ptr<const hotitems::CHotItemR
     std::vector<Cell> row{Text(record.GetEnding()), Text(record.GetTitle())};
     AddFigures(row, record, own);
     row.push_back(std::string(SiteName(own)));
-    std::string link = record.GetItemLink();
-    // The UK history list opens its items on the UK host, whatever host the history line names.
-    if (site == sites::Site::UK) base::ReplaceAll(link, ".com", ".co.uk");
-    row.push_back(Text(link));
+    row.push_back(Text(hotitems::ItemPageLink(
+        site == sites::Site::UK ? hotitems::ItemListVariant::HistoryUK : hotitems::ItemListVariant::HistoryUSA,
+        record.GetItemLink())));
     table.rows.push_back(std::move(row));
   }
   return table;
