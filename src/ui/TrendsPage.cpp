@@ -341,9 +341,14 @@ void CTrendsPage::Show(const TrendsReading& reading) {
     time->setFormat(first.daysTo(last) >= 2 ? QStringLiteral("d MMM") : QStringLiteral("d MMM hh:mm"));
     time->setTickCount(std::clamp<int>(static_cast<int>(reading.history.times.size()), 2, 7));
   }
-  counts->setRange(0, std::max(1.0, double(highest) * 1.1));
+  counts->setRange(0, std::max(10.0, double(highest) * 1.1));
   counts->applyNiceNumbers();
-  chart->legend()->setVisible(!reading.history.series.empty());
+  // Without lines the axes would only show a made-up range.
+  const bool lines = !reading.history.series.empty();
+  for (QAbstractAxis* axis : {static_cast<QAbstractAxis*>(time), static_cast<QAbstractAxis*>(counts)}) {
+    axis->setVisible(lines);
+  }
+  chart->legend()->setVisible(lines);
   FillMovers(*m_movers, reading.keywords);
 
   const QString site = SiteTitle(reading.site);
