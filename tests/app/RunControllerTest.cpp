@@ -2,19 +2,17 @@
 // Copyright 2026 The Gavelscope developers
 //
 // The run controller on the sandbox: its count of completions and its refreshes, whole runs against
-// servers that misbehave, closing while work is under way; and the main window's commands.
+// servers that misbehave, closing while work is under way; and the pages counter of a controller never
+// started. The window's commands are tested through the window.
 #include "app/RunController.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <functional>
-#include <set>
 #include <thread>
-#include <tuple>
 
 #include "app/HeadlessMainView.h"
-#include "app/MainCommands.h"
 #include "support/RecordingBrowser.h"
 #include "support/RecordingMessages.h"
 #include "support/SandboxFixture.h"
@@ -318,84 +316,17 @@ TEST_P(ShutdownWhileEveryPage, DripsOrNeverAnswers) {
 
 INSTANTIATE_TEST_SUITE_P(Slow, ShutdownWhileEveryPage, ::testing::Values("drip", "hang"));
 
-// A controller that is never started: the commands only touch its views and flags.
-class MainCommandsTest : public ::testing::Test {
- protected:
-  testing::TempFolder m_cache;
-  HeadlessMainView m_view;
-  testing::RecordingMessages m_messages;
-  testing::RecordingBrowser m_browser;
-  CRunController m_controller{
-      {.profile = sites::CompiledProfile(), .net = {}, .cacheFolder = m_cache.path()}, m_view, m_messages, m_browser};
-  CMainCommands m_commands{m_controller, m_view, m_messages, m_browser};
-};
-
-// Each row switches the site after the tab; the query tab has one list for both sites.
-TEST_F(MainCommandsTest, EachTabShowsItsViewsOfTheSelectedSiteOnlyExportsUnderItsTitleAndMyEbayIsTheSites) {
-  EXPECT_FALSE(m_commands.SelectSite(Site::USA));
-  using enum ViewId;
-  const std::tuple<Tab, Site, std::set<ViewId>, const char*> tabs[] = {
-      {Tab::Keywords, Site::UK, {TreeUK, KeywordsUK}, "Keywords"},
-      {Tab::Auctions, Site::USA, {AuctionsUSA}, "Auctions"},
-      {Tab::HotItems, Site::UK, {HotItemsUK}, "Hot Items"},
-      {Tab::Query, Site::USA, {QueryResults, PagesSearched, StopQueryButton}, "Hot Items Query Results"}};
-  for (const auto& [tab, site, shown, kind] : tabs) {
-    m_commands.SelectTab(tab);
-    EXPECT_TRUE(m_commands.SelectSite(site));
-    const HeadlessMainView::State state = m_view.Snapshot();
-    for (int view = 0; view <= static_cast<int>(PagesSearched); ++view) {
-      EXPECT_EQ(state.visible[view], shown.contains(static_cast<ViewId>(view))) << kind << " " << view;
-    }
-    EXPECT_EQ(m_commands.ExportTitle(), std::string("Export Todays ") + kind + " List");
-    m_commands.OpenMyEbay();
-  }
-  const std::string uk = "http://cgi1.ebay.co.uk/aw-cgi/eBayISAPI.dll?MyEbayLogin";
-  const std::string usa = "http://cgi1.ebay.com/aw-cgi/eBayISAPI.dll?MyEbayLogin";
-  EXPECT_EQ(m_browser.Opened(), (std::vector{uk, usa, uk, usa}));
-}
-
-TEST_F(MainCommandsTest, EnterNeverClosesAndSearchesTheVisibleListFromTheSearchEditOnly) {
-  m_controller.AuctionList(Site::USA).InsertRow(0, {"Lamps", "1", nullptr});
-  m_commands.SelectTab(Tab::Auctions);
-  m_commands.EnterPressed(false, "lamp");
-  EXPECT_TRUE(m_commands.skipDestroyOnce());
-  EXPECT_EQ(m_controller.AuctionList(Site::USA).SelectionMark(), -1);
-  m_commands.EnterPressed(true, "lamp");
-  EXPECT_EQ(m_controller.AuctionList(Site::USA).SelectionMark(), 0);
-  m_commands.EnterPressed(true, "");
-  ASSERT_EQ(m_messages.Messages().size(), 1U);
-  EXPECT_EQ(m_messages.Messages()[0].text, "Please Input A Search Word !");
-}
-
-TEST_F(MainCommandsTest, ExportWritesTheVisibleListOrReportsTheFile) {
-  m_commands.SelectTab(Tab::HotItems);
-  ASSERT_TRUE(m_commands.ExportView(m_cache / "items.txt"));
-  EXPECT_EQ(testing::ReadFileBytes(m_cache / "items.txt"), m_controller.HotItemList(Site::USA).ExportText());
-  EXPECT_FALSE(m_commands.ExportView(m_cache / "missing" / "items.txt"));
-  ASSERT_EQ(m_messages.Messages().size(), 2U);
-  EXPECT_NE(m_messages.Messages().back().text.find("missing/items.txt"), std::string::npos);
-  EXPECT_FALSE(std::filesystem::exists(m_cache / "missing"));
-}
-
-TEST_F(MainCommandsTest, StopQueryTellsWhetherThereWasOneAndTheStopButtonShowsIt) {
-  m_commands.StopQuery();
-  EXPECT_EQ(m_messages.Messages().back().title, "Gavelscope Error");
-  m_controller.SetQueryRunning(true);
-  EXPECT_EQ(m_view.Snapshot().stopButtonBitmap, kBitmapQueryRunning);
-  m_commands.StopQuery();
-  EXPECT_FALSE(m_controller.IsQueryRunning());
-  EXPECT_EQ(m_messages.Messages().back().text, "Gavelscope query analysis has been manually stopped");
-  EXPECT_EQ(m_view.Snapshot().stopButtonBitmap, kBitmapQueryIdle);
-}
-
-TEST_F(MainCommandsTest, ThePagesCounterLosesNoCountAndReadsTextThatIsNoNumberAsNought) {
-  m_controller.IncrementPagesSearched();
-  m_controller.SetPagesSearchedText("Searching !");
+// A controller that is never started: four threads count pages at once, after a text that is no number.
+TEST(IdleController, ThePagesCounterLosesNoCountAndReadsTextThatIsNoNumberAsNought) {
+  testing::TempFolder cache;
+  Harness run({.profile = sites::CompiledProfile(), .net = {}, .cacheFolder = cache.path()});
+  run.controller.IncrementPagesSearched();
+  run.controller.SetPagesSearchedText("Searching !");
   const auto count = [&] {
-    for (int i = 0; i < 250; ++i) m_controller.IncrementPagesSearched();
+    for (int i = 0; i < 250; ++i) run.controller.IncrementPagesSearched();
   };
   { std::jthread a(count), b(count), c(count), d(count); }
-  EXPECT_EQ(m_view.Snapshot().editText[static_cast<int>(ViewId::PagesSearched)], "1000");
+  EXPECT_EQ(run.view.Snapshot().editText[static_cast<int>(ViewId::PagesSearched)], "1000");
 }
 
 }  // namespace

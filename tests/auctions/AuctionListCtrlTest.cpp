@@ -47,12 +47,6 @@ TEST_F(AuctionListTest, SortsByLeadingNumberLargestFirstKeepingTiesAndIgnoresHea
   EXPECT_EQ(Order(), (Names{"b", "d", "a", "f", "c", "e", "g"}));
 }
 
-TEST_F(AuctionListTest, ExportWritesHeadingsThenRows) {
-  Fill({{"Prints", "1,234"}, {"Oils", ""}});
-  EXPECT_EQ(m_list.ExportText(),
-            "\t\t\tTodays Auctions\r\n\r\nPosition\tCount\tAuction\r\n\r\n1\t\t1,234\t\tPrints\r\n2\t\t\t\tOils\r\n");
-}
-
 TEST_F(AuctionListTest, TheMarkedRowOpensItsListingInEachView) {
   Fill({{"Prints", "1"}});
   m_list.OnDoubleClick();

@@ -18,6 +18,7 @@
 #include <optional>
 #include <sstream>
 
+#include "RunInProcess.h"
 #include "net/NetOptions.h"
 #include "support/SandboxFixture.h"
 #include "support/TempFolder.h"
@@ -26,21 +27,6 @@ namespace gavelscope::cli {
 namespace {
 
 using namespace std::chrono_literals;
-
-struct Outcome {
-  int status;
-  std::string out;
-  std::string err;
-};
-
-Outcome RunCommand(const std::vector<std::string>& args) {
-  CliEnvironment environment;
-  environment.sandbox.python = GAVELSCOPE_SANDBOX_PYTHON;
-  environment.sandbox.script = GAVELSCOPE_SANDBOX_SCRIPT;
-  std::ostringstream out, err;
-  const int status = RunCli(args, environment, out, err);
-  return {status, out.str(), err.str()};
-}
 
 // The exit status of `child` if it exits within `limit`; it is killed if it does not.
 std::optional<int> WaitForExit(pid_t child, std::chrono::milliseconds limit, rusage* usage = nullptr) {
@@ -56,7 +42,7 @@ std::optional<int> WaitForExit(pid_t child, std::chrono::milliseconds limit, rus
 }
 
 // The window program, run for its command line alone: without a display it goes no further.
-Outcome RunWindow(const std::vector<std::string>& args) {
+Ran RunWindow(const std::vector<std::string>& args) {
   testing::TempFolder folder;
   std::vector<std::string> words{GAVELSCOPE_WINDOW_PATH};
   words.insert(words.end(), args.begin(), args.end());
@@ -92,7 +78,7 @@ class UsageErrors : public ::testing::TestWithParam<UsageCase> {};
 // One line says what is wrong, the next where the help is; nothing is started.
 TEST_P(UsageErrors, ExitWithTwoAndOneLineOnWhatIsWrong) {
   const UsageCase& c = GetParam();
-  const Outcome outcome = c.window ? RunWindow(c.args) : RunCommand(c.args);
+  const Ran outcome = c.window ? RunWindow(c.args) : RunCommand(c.args);
   const std::string program = c.window ? "gavelscope" : "gavelscope-cli";
   EXPECT_EQ(outcome.status, kExitUsage);
   EXPECT_EQ(outcome.out, "");
@@ -153,13 +139,13 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(Cli, EveryCommandHasItsOwnHelp) {
   for (const char* command : {"categories", "keywords", "auctions", "history", "query", "query-new", "query-show"}) {
-    const Outcome outcome = RunCommand({"--sandbox", command, "--help"});
+    const Ran outcome = RunCommand({"--sandbox", command, "--help"});
     EXPECT_EQ(outcome.status, kExitOk) << command;
     EXPECT_TRUE(outcome.out.starts_with("Usage: gavelscope-cli " + std::string(command) + " ")) << outcome.out;
   }
   EXPECT_NE(RunCommand({"--help"}).out.find("\n  query-new  "), std::string::npos);
   EXPECT_EQ(RunCommand({"query", "--version"}).out, "gavelscope-cli 2.0\n");
-  const Outcome window = RunWindow({"--help"});
+  const Ran window = RunWindow({"--help"});
   EXPECT_EQ(window.status, kExitOk);
   EXPECT_TRUE(window.out.starts_with("Usage: gavelscope [--connect-to HOST:PORT:ADDR:PORT]... [--sandbox]"))
       << window.out;
@@ -167,7 +153,7 @@ TEST(Cli, EveryCommandHasItsOwnHelp) {
 
 TEST(Cli, NoInternetEndsWithTheSystemMessage) {
   const auto started = std::chrono::steady_clock::now();
-  const Outcome outcome =
+  const Ran outcome =
       RunCommand({"--connect-to", "www.ebay.co.uk:80:127.0.0.1:" + std::to_string(testing::ClosedLoopbackPort()),
                   "categories", "--site", "uk"});
   EXPECT_EQ(outcome.status, kExitFailure);
@@ -178,11 +164,11 @@ TEST(Cli, NoInternetEndsWithTheSystemMessage) {
 
 TEST(Cli, SandboxOptionRunsCommandsWhoseExportsGoToStdoutOrAFile) {
   // The program's own options go after the command as well as before it.
-  const Outcome categories = RunCommand({"categories", "--site=usa", "--sandbox"});
+  const Ran categories = RunCommand({"categories", "--site=usa", "--sandbox"});
   ASSERT_EQ(categories.status, kExitOk) << categories.err;
   EXPECT_TRUE(categories.out.starts_with("Antiques\t/Antiques_W0QQsacatZ1000/list\n")) << categories.out;
   std::vector<std::string> args{"--sandbox", "keywords", "--site", "usa", "--item", "Antiques"};
-  const Outcome item = RunCommand(args);
+  const Ran item = RunCommand(args);
   ASSERT_EQ(item.status, kExitOk) << item.err;
   EXPECT_NE(item.out.find("\thttp://search.ebay.com/"), std::string::npos) << item.out;
   args.back() = "ANTIQUES";
@@ -193,20 +179,20 @@ TEST(Cli, SandboxOptionRunsCommandsWhoseExportsGoToStdoutOrAFile) {
   // What an export holds is compared with the stand-in sites' own in CMakeLists.txt; here, where it goes.
   testing::TempFolder folder;
   args = {"--sandbox", "auctions", "--site", "usa"};
-  const Outcome printed = RunCommand(args);
+  const Ran printed = RunCommand(args);
   ASSERT_EQ(printed.status, kExitOk) << printed.err;
   args.insert(args.end(), {"--export", (folder / "auctions.txt").string()});
-  const Outcome exported = RunCommand(args);
+  const Ran exported = RunCommand(args);
   ASSERT_EQ(exported.status, kExitOk) << exported.err;
   EXPECT_EQ(testing::ReadFileBytes(folder / "auctions.txt"), printed.out);
   EXPECT_EQ(exported.err, "List Has Been Successfully Exported.\n");
   EXPECT_TRUE(exported.out.empty());
   args.back() = "-";
-  const Outcome piped = RunCommand(args);
+  const Ran piped = RunCommand(args);
   EXPECT_EQ(piped.out, printed.out);
   EXPECT_EQ(piped.err + printed.err, "");
   args.back() = (folder / "no-such-folder" / "auctions.txt").string();
-  const Outcome failed = RunCommand(args);
+  const Ran failed = RunCommand(args);
   EXPECT_EQ(failed.status, kExitFailure);
   EXPECT_EQ(failed.err, "Cannot write " + args.back() + ": No such file or directory\n");
 }
@@ -214,11 +200,11 @@ TEST(Cli, SandboxOptionRunsCommandsWhoseExportsGoToStdoutOrAFile) {
 TEST(Cli, QueryFilesAreWrittenShownAndReportedWhenTheyFail) {
   testing::TempFolder folder;
   const std::string file = (folder / "q.sbqry").string();
-  const Outcome saved =
+  const Ran saved =
       RunCommand({"query-new", "--category", "Toys", "--category", "Dolls", "--keywords", " lego, duplo ",
                   "--page-depth=3", "--bids-range", "2", "9", "--sort", "title", "--descending", "--output=" + file});
   ASSERT_EQ(saved.status, kExitOk) << saved.err;
-  const Outcome shown = RunCommand({"query-show", file});
+  const Ran shown = RunCommand({"query-show", file});
   ASSERT_EQ(shown.status, kExitOk) << shown.err;
   // The fields in declaration order, then the categories; the USA site unless told otherwise.
   EXPECT_TRUE(
@@ -233,7 +219,7 @@ TEST(Cli, QueryFilesAreWrittenShownAndReportedWhenTheyFail) {
   EXPECT_EQ(std::count(shown.out.begin(), shown.out.end(), '\n'), 34);
 
   const std::string unwritable = (folder / "missing" / "q.sbqry").string();
-  const Outcome unsaved = RunCommand({"query-new", "--output", unwritable});
+  const Ran unsaved = RunCommand({"query-new", "--output", unwritable});
   EXPECT_EQ(unsaved.status, kExitFailure);
   EXPECT_EQ(unsaved.err, "Cannot Save To File : " + unwritable + ": No such file or directory\n");
   const std::string broken = (folder / "broken.sbqry").string(), oversize = (folder / "oversize.sbqry").string();
@@ -242,7 +228,7 @@ TEST(Cli, QueryFilesAreWrittenShownAndReportedWhenTheyFail) {
   testing::WriteFileBytes(oversize, testing::ReadFileBytes(file) + std::string(net::limits::kMaxQueryFileBytes, '\0'));
   for (const std::string& bad : {broken, oversize, folder.path().string()}) {
     for (const char* command : {"query", "query-show"}) {
-      const Outcome unloaded = RunCommand({command, bad});
+      const Ran unloaded = RunCommand({command, bad});
       EXPECT_EQ(unloaded.status, kExitFailure);
       EXPECT_EQ(unloaded.err, "Cannot Load File : " + bad + "\n");
     }

@@ -4,11 +4,10 @@
 
 #include <map>
 #include <optional>
-#include <sstream>
 
 #include <nlohmann/json.hpp>
 
-#include "cli/CliApp.h"
+#include "RunInProcess.h"
 #include "support/TempFolder.h"
 
 namespace gavelscope::cli {
@@ -16,22 +15,9 @@ namespace {
 
 using Json = nlohmann::json;
 
-struct Ran {
-  int status;
-  std::string out;
-  std::string err;
-};
-
-// The program in-process; `day` moves the stand-in sites on, as a later day's recording would see them.
+// `day` moves the stand-in sites on, as a later day's recording would see them.
 Ran RunStore(const std::vector<std::string>& args, int day = 0) {
-  CliEnvironment environment;
-  environment.sandbox.python = GAVELSCOPE_SANDBOX_PYTHON;
-  environment.sandbox.script = GAVELSCOPE_SANDBOX_SCRIPT;
-  environment.sandbox.arguments = {"--day", std::to_string(day)};
-  environment.queryPollInterval = std::chrono::milliseconds(100);
-  std::ostringstream out, err;
-  const int status = RunCli(args, environment, out, err);
-  return {status, out.str(), err.str()};
+  return RunCommand(args, {"--day", std::to_string(day)});
 }
 
 Json RunJson(const std::vector<std::string>& args, int day = 0) {

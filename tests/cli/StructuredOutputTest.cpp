@@ -3,11 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <sstream>
 
 #include <nlohmann/json.hpp>
 
-#include "cli/CliApp.h"
+#include "RunInProcess.h"
 #include "insights/ListTable.h"
 #include "support/TempFolder.h"
 
@@ -15,15 +14,10 @@ namespace gavelscope::cli {
 namespace {
 
 std::string RunSandbox(std::vector<std::string> args) {
-  CliEnvironment environment;
-  environment.sandbox.python = GAVELSCOPE_SANDBOX_PYTHON;
-  environment.sandbox.script = GAVELSCOPE_SANDBOX_SCRIPT;
-  // The program's own look at the query's jobs, made short so that a query ends soon after its scan.
-  environment.queryPollInterval = std::chrono::milliseconds(100);
   args.insert(args.begin(), "--sandbox");
-  std::ostringstream out, err;
-  EXPECT_EQ(RunCli(args, environment, out, err), kExitOk) << err.str();
-  return out.str();
+  const Ran ran = RunCommand(args);
+  EXPECT_EQ(ran.status, kExitOk) << ran.err;
+  return ran.out;
 }
 
 std::vector<std::string> Split(const std::string& text, const std::string& separator) {

@@ -95,13 +95,6 @@ TEST_P(ItemListSort, HeaderClicksSortByTheColumnsRuleBothWays) {
 INSTANTIATE_TEST_SUITE_P(Rules, ItemListSort, ::testing::Range(0, static_cast<int>(std::size(kSortRules))),
                          [](const auto& info) { return std::string(kSortRules[info.param].name); });
 
-TEST_F(ItemListTest, ExportWritesTheHeadingsThenEachRowsDateBidsPriceAndTitle) {
-  m_list.AppendRow(std::make_shared<CHotItemRecord>(ParseHistoryLine("L~|~07/03/2005~|~Lamp~|~$5.00~|~41~|~")));
-  EXPECT_EQ(m_list.ExportText(),
-            "\tHot Items History List\r\n\r\nDate Ended\t\t\tBids\t\t\tPrice\t\t\tItem Title\r\n\r\n"
-            "07/03/2005\t\t\t41\t\t\t$5.00\t\t\tLamp\r\n");
-}
-
 TEST_F(ItemListTest, HeaderClicksWhileTheListFillsNeverMixRowsAndTheMarkKeepsItsItem) {
   constexpr int kRows = 20000;
   Fill(1, {"the marked one"});

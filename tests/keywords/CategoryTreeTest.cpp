@@ -13,7 +13,6 @@
 #include "support/RecordingMessages.h"
 #include "support/RecordingRunEvents.h"
 #include "support/SandboxFixture.h"
-#include "support/TempFolder.h"
 
 namespace gavelscope::keywords {
 namespace {
@@ -103,21 +102,6 @@ TEST_F(CategoryTreeTest, Top100TakesEachSubCategoryTopKeywordOnceUntilOneHasNone
   m_tree.BuildTop100();
   EXPECT_EQ(Records(Root(0)), (std::vector<R>{{"L2", "S2", "lamp"}, {"L5", "S5", "Lamp"}}));
   EXPECT_EQ(m_list.Rows(), *m_tree.GetItemData(Root(0))) << "the list shows the Top 100 once it is built";
-}
-
-TEST_F(CategoryTreeTest, ExportWritesHeadingsThenNumberedKeywordsAndTellsTheUser) {
-  Load({"~CAT~A~|~L~|~", "~SUBCAT~A1~|~L1~|~", "~KEYWORD~lamp~|~S~|~", "~SUBCAT~A2~|~L2~|~", "~KEYWORD~vase~|~S~|~"});
-  m_tree.BuildTop100();
-  EXPECT_EQ(m_tree.ExportText(),
-            "\tTodays Top 100 Keywords\r\n\r\nPosition\t\t\tKeyword\r\n\r\n1\t\t\t\tlamp\r\n2\t\t\t\tvase\r\n");
-  testing::TempFolder folder;
-  ASSERT_TRUE(m_tree.Export(folder / "top.txt"));
-  EXPECT_EQ(testing::ReadFileBytes(folder / "top.txt"), m_tree.ExportText());
-  ASSERT_EQ(m_messages.Messages().size(), 1U);
-  EXPECT_EQ(m_messages.Messages()[0].text, "List Has Been Successfully Exported.");
-  // A file that cannot be written is the caller's to report.
-  EXPECT_FALSE(m_tree.Export(folder / "missing-folder" / "top.txt"));
-  EXPECT_EQ(m_messages.Messages().size(), 1U);
 }
 
 TEST_F(CategoryTreeTest, OnlySubCategoriesOfferEveryViewAndItemsWithoutKeywordsOpenNothing) {

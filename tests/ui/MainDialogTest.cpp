@@ -167,6 +167,8 @@ TEST_F(IdleWindowTest, TheQueryTabAsksOnEveryClickAndYesStopsTheRunningQueryFirs
 
   m_controller.SetPagesSearchedText("41");
   m_controller.SetQueryRunning(true);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(m_window.mainView().stopButtonBitmap(), app::kBitmapQueryRunning);
   m_messages.reply = base::MessageReply::Yes;
   Click(m_window, FaceRegion::TabQuery);
   EXPECT_FALSE(runningWhenAsked);
@@ -174,6 +176,7 @@ TEST_F(IdleWindowTest, TheQueryTabAsksOnEveryClickAndYesStopsTheRunningQueryFirs
   EXPECT_EQ(m_messages.Messages()[3].title, "Search Aborted");
   QCoreApplication::processEvents();
   EXPECT_EQ(qobject_cast<QLineEdit*>(m_window.view(ViewId::PagesSearched))->text(), "0");
+  EXPECT_EQ(m_window.mainView().stopButtonBitmap(), app::kBitmapQueryIdle);
 }
 
 TEST_F(IdleWindowTest, F1OpensTheAboutBoxWithItsPicture) {
@@ -190,6 +193,9 @@ TEST_F(IdleWindowTest, TheSearchButtonAndEnterInTheSearchEditSearchAndOnlyEscClo
   QTest::keyClick(m_window.view(ViewId::AuctionsUSA), Qt::Key_Enter);
   QTest::keyClick(&m_window, Qt::Key_Return);
   EXPECT_TRUE(m_messages.Messages().empty());
+  Click(m_window, FaceRegion::Search);  // nothing typed: the user is asked for a word
+  ASSERT_EQ(m_messages.Messages().size(), 1U);
+  EXPECT_EQ(m_messages.Messages()[0].text, "Please Input A Search Word !");
   m_window.searchEdit()->setText("plate");
   Click(m_window, FaceRegion::Search);
   EXPECT_EQ(list.SelectionMark(), 2);
@@ -198,8 +204,8 @@ TEST_F(IdleWindowTest, TheSearchButtonAndEnterInTheSearchEditSearchAndOnlyEscClo
   ASSERT_TRUE(ProcessEventsUntil([&] { return m_window.isActiveWindow(); }));
   m_window.searchEdit()->setFocus();
   QTest::keyClick(m_window.searchEdit(), Qt::Key_Return);
-  ASSERT_EQ(m_messages.Messages().size(), 1U);
-  EXPECT_EQ(m_messages.Messages()[0].text, "Item Not Found !");
+  ASSERT_EQ(m_messages.Messages().size(), 2U);
+  EXPECT_EQ(m_messages.Messages()[1].text, "Item Not Found !");
   EXPECT_TRUE(m_window.isVisible());
   QTest::keyClick(m_window.view(ViewId::AuctionsUSA), Qt::Key_Escape);
   EXPECT_FALSE(m_window.isVisible());
@@ -215,6 +221,11 @@ TEST_F(IdleWindowTest, ExportAsksForATextFileAndWritesTheVisibleListToItUnlessCa
   m_messages.chosenFile = m_folder / "auctions.txt";
   Click(m_window, FaceRegion::Export);
   EXPECT_EQ(testing::ReadFileBytes(m_folder / "auctions.txt"), list.ExportText());
+  m_messages.chosenFile = m_folder / "missing" / "auctions.txt";
+  Click(m_window, FaceRegion::Export);  // a file that cannot be written is told by name
+  ASSERT_FALSE(m_messages.Messages().empty());
+  EXPECT_TRUE(m_messages.Messages().back().text.starts_with("Cannot create the file " + m_messages.chosenFile->string()));
+  EXPECT_FALSE(std::filesystem::exists(m_folder / "missing"));
 }
 
 TEST_F(IdleWindowTest, ButtonsOpenTheirPagesAndTheStopButtonTellsThereIsNoQuery) {
@@ -222,7 +233,11 @@ TEST_F(IdleWindowTest, ButtonsOpenTheirPagesAndTheStopButtonTellsThereIsNoQuery)
   Click(m_window, FaceRegion::MyEbay);
   // No banner has arrived: its place opens nothing.
   QTest::mouseClick(&m_window, Qt::LeftButton, {}, m_window.banner()->geometry().center());
-  EXPECT_EQ(m_browser.Opened().size(), 2U);
+  QTest::mouseClick(&m_window, Qt::LeftButton, {}, m_window.flag(Site::UK)->geometry().center());
+  Click(m_window, FaceRegion::MyEbay);  // the selected Site's sign-in page
+  ASSERT_EQ(m_browser.Opened().size(), 3U);
+  EXPECT_EQ(m_browser.Opened()[1], "http://cgi1.ebay.com/aw-cgi/eBayISAPI.dll?MyEbayLogin");
+  EXPECT_EQ(m_browser.Opened()[2], "http://cgi1.ebay.co.uk/aw-cgi/eBayISAPI.dll?MyEbayLogin");
   m_window.findChild<QPushButton*>()->click();
   ASSERT_EQ(m_messages.Messages().size(), 1U);
   EXPECT_EQ(m_messages.Messages()[0].title, "Gavelscope Error");
