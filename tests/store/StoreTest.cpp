@@ -11,7 +11,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <iostream>
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
@@ -349,35 +348,5 @@ TEST(DefaultStorePath, FollowsAnAbsoluteDataHomeAndElseTheHomeFolder) {
 }
 
 // A measurement rather than a test: run it with --gtest_also_run_disabled_tests on a Release build.
-TEST_F(StoreTest, DISABLED_AuctionTrendsOverAYearOfDailySnapshotsTake) {
-  auto store = Open();
-  std::vector<std::string> keywords(100, "lego");
-  for (int day = 0; day < 365; ++day) {
-    std::vector<AuctionCount> counts;
-    for (int sub = 0; sub < 330; ++sub) {
-      counts.push_back(
-          Count("Sub " + std::to_string(sub), "http://listings.example/" + std::to_string(sub), day * sub));
-    }
-    Record(*store, Snap(Site::UK, day, counts, keywords));
-  }
-  const auto median = [](auto call) {
-    std::vector<double> times;
-    for (int run = 0; run < 5; ++run) {
-      const auto started = std::chrono::steady_clock::now();
-      call();
-      times.push_back(std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - started).count());
-    }
-    std::sort(times.begin(), times.end());
-    return times[2];
-  };
-  AuctionTrend trend;
-  const double trends = median([&] { ASSERT_TRUE(store->TrendsAuctions(Site::UK, std::nullopt, std::nullopt, trend)); });
-  AuctionHistory history;
-  const double lines = median([&] { ASSERT_TRUE(store->GrowthHistory(Site::UK, 8, history)); });
-  std::cout << trend.snapshots << " snapshots, " << trend.rows.size() << " rows: median " << trends << " ms, "
-            << std::filesystem::file_size(m_file) / 1024 << " KiB; the Trends page's " << history.series.size()
-            << " lines through " << history.times.size() << " snapshots: median " << lines << " ms\n";
-}
-
 }  // namespace
 }  // namespace gavelscope::store
