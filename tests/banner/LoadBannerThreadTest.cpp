@@ -4,13 +4,12 @@
 
 #include <gtest/gtest.h>
 
-#include <condition_variable>
 #include <functional>
 #include <future>
-#include <mutex>
 
 #include "net/Session.h"
 #include "net/TextFeed.h"
+#include "support/Recorder.h"
 #include "support/SandboxFixture.h"
 #include "support/TempFolder.h"
 
@@ -31,42 +30,18 @@ struct Shown {
   Clock::time_point at;
 };
 
-class RecordingSink : public IBannerSink {
+// What the rotation published and showed. onShow runs on the banner thread after each banner, so
+// the rotation goes on only after it.
+class RecordingSink : public IBannerSink, public testing::Recorder<Shown> {
  public:
-  void PublishLink(const std::string& link) override {
-    std::lock_guard lock(m_mutex);
-    m_links.push_back(link);
-  }
+  void PublishLink(const std::string& link) override { links.Add(link); }
   void ShowBanner(const std::filesystem::path& picture) override {
-    std::unique_lock lock(m_mutex);
-    m_shown.push_back({m_links.back(), testing::ReadFileBytes(picture), picture, Clock::now()});
-    const std::size_t count = m_shown.size();
-    lock.unlock();
-    if (onShow) onShow(count);  // on the banner thread, so the rotation goes on only after it
-    m_changed.notify_all();
+    Add({links.All().back(), testing::ReadFileBytes(picture), picture, Clock::now()});
+    if (onShow) onShow(All().size());
   }
 
-  // False when fewer than `count` banners came within a time no passing run comes near.
-  bool WaitFor(std::size_t count) {
-    std::unique_lock lock(m_mutex);
-    return m_changed.wait_for(lock, 30s, [&] { return m_shown.size() >= count; });
-  }
-  std::vector<Shown> shown() {
-    std::lock_guard lock(m_mutex);
-    return m_shown;
-  }
-  std::vector<std::string> links() {
-    std::lock_guard lock(m_mutex);
-    return m_links;
-  }
-
+  testing::Recorder<std::string> links;
   std::function<void(std::size_t)> onShow;
-
- private:
-  std::mutex m_mutex;
-  std::condition_variable m_changed;
-  std::vector<Shown> m_shown;
-  std::vector<std::string> m_links;
 };
 
 class LoadBannerTest : public testing::SandboxTest {
@@ -108,10 +83,10 @@ TEST_F(LoadBannerTest, ShowsEntriesInOrderPassingOverBadLinesAndFetchesTheListAg
   };
   auto rotation = Rotation("/_test/file?name=rotation.txt", {.minute = 20ms, .fetchInterval = 0ms});
   rotation->Start();
-  ASSERT_TRUE(m_sink.WaitFor(6));
+  ASSERT_TRUE(m_sink.WaitForCount(6));
   rotation->Stop();
 
-  const std::vector<Shown> shown = m_sink.shown();
+  const std::vector<Shown> shown = m_sink.All();
   const char* links[] = {"L1", "L2", "L1", "L3", "L1", "L3"};
   for (std::size_t i = 0; i < 6; ++i) {
     EXPECT_EQ(shown[i].link, links[i]) << i;
@@ -138,7 +113,7 @@ TEST_F(LoadBannerTest, AFirstListThatCannotBeFetchedEndsTheJob) {
     });
     EXPECT_EQ(ended.get_future().wait_for(30s), std::future_status::ready);
   }
-  EXPECT_TRUE(m_sink.shown().empty());
+  EXPECT_TRUE(m_sink.All().empty());
   EXPECT_FALSE(std::filesystem::exists(m_cache / "GavelscopeBanner.gif"));
 }
 
@@ -148,13 +123,13 @@ TEST_F(LoadBannerTest, AMissingPictureIsTriedABoundedNumberOfTimesWithAPauseBetw
                            {.minute = 1ms, .retryPause = 25ms, .maxPictureAttempts = 3, .fetchInterval = 0ms});
   const Clock::time_point started = Clock::now();
   rotation->Start();
-  ASSERT_TRUE(m_sink.WaitFor(2));
+  ASSERT_TRUE(m_sink.WaitForCount(2));
   rotation->Stop();
-  const std::vector<Shown> shown = m_sink.shown();
+  const std::vector<Shown> shown = m_sink.All();
   EXPECT_EQ(shown[0].link + shown[1].link, "L2L2");
   // Each link is published before its picture is asked for, so a click while the download fails
   // opens the new banner's page.
-  EXPECT_EQ(m_sink.links().at(0), "L1");
+  EXPECT_EQ(m_sink.links.All().at(0), "L1");
   // Three attempts, two pauses between them.
   EXPECT_GE(shown[0].at - started, 50ms);
 }
@@ -184,7 +159,7 @@ TEST_F(LoadBannerTest, RoundsThatShowNothingWaitAMinuteOrTheIntervalAndNeverRetr
     ASSERT_EQ(ListReads(c.name, before + c.reads), before + c.reads) << c.name;
     EXPECT_GE(Clock::now() - started, c.atLeast) << c.name;
   }
-  EXPECT_TRUE(m_sink.shown().empty());
+  EXPECT_TRUE(m_sink.All().empty());
 }
 
 TEST_F(LoadBannerTest, StoppingEndsADisplayTimeARetryPauseAFetchIntervalOrAListDownloadAtOnce) {
@@ -205,7 +180,7 @@ TEST_F(LoadBannerTest, StoppingEndsADisplayTimeARetryPauseAFetchIntervalOrAListD
   for (const Case& c : cases) {
     auto rotation = Rotation(c.listPath, c.timing);
     rotation->Start();
-    ASSERT_TRUE(m_sink.WaitFor(m_sink.shown().size() + c.shownFirst)) << c.listPath;
+    ASSERT_TRUE(m_sink.WaitForCount(m_sink.All().size() + c.shownFirst)) << c.listPath;
     const Clock::time_point stopping = Clock::now();
     rotation->Stop();
     EXPECT_LT(Clock::now() - stopping, 1s) << c.listPath;
@@ -219,9 +194,9 @@ TEST_F(LoadBannerTest, PicturesAreFetchedAtMostOncePerIntervalCountingFailedAtte
                            {.minute = 0ms, .retryPause = 0ms, .maxPictureAttempts = 2, .fetchInterval = kInterval});
   const Clock::time_point started = Clock::now();
   pictures->Start();
-  ASSERT_TRUE(m_sink.WaitFor(6));
+  ASSERT_TRUE(m_sink.WaitForCount(6));
   pictures->Stop();
-  const std::vector<Shown> shown = m_sink.shown();
+  const std::vector<Shown> shown = m_sink.All();
   // A round fetches two pictures and tries the missing one twice.
   for (std::size_t i = 0; i < shown.size(); ++i) {
     const auto fetchesBefore = static_cast<int>(4 * (i / 2) + i % 2);
