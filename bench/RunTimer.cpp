@@ -20,6 +20,7 @@
 #include <string>
 #include <vector>
 
+#include "BenchSupport.h"
 #include "app/HeadlessMainView.h"
 #include "app/RunController.h"
 #include "base/Browser.h"
@@ -36,17 +37,9 @@
 namespace {
 
 using namespace gavelscope;
+using bench::Quiet;
+using bench::TempFolder;
 using Clock = std::chrono::steady_clock;
-
-struct Quiet : base::IBrowser, base::IUserMessages, base::IPageSource, base::IRunEvents {
-  void OpenUrlInBrowser(std::string_view) override {}
-  base::MessageReply Show(const base::UserMessage&) override { return base::MessageReply::Ok; }
-  std::string GetPageText(std::string_view, std::stop_token) override { return {}; }
-  void StepProgress() override {}
-  void SetRefreshDone(bool) override {}
-  void RedrawWindow() override {}
-  void OnThreadFinished() override {}
-};
 
 double Seconds(Clock::duration d) {
   return std::chrono::duration<double>(d).count();
@@ -60,19 +53,6 @@ double StatusMegabytes(const std::string& field) {
   }
   return -1;
 }
-
-// A private working folder, removed at the end.
-struct TempFolder {
-  TempFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "gavelscope-bench-XXXXXX").string();
-    if (mkdtemp(pattern.data()) != nullptr) path = pattern;
-  }
-  ~TempFolder() {
-    std::error_code ignored;
-    if (!path.empty()) std::filesystem::remove_all(path, ignored);
-  }
-  std::filesystem::path path;
-};
 
 int History(const net::NetOptions& options) {
   const sites::Profile profile = sites::CompiledProfile();
@@ -100,7 +80,7 @@ int History(const net::NetOptions& options) {
   const Clock::time_point start = Clock::now();
   load.Run({});
   const double total = Seconds(Clock::now() - start);
-  std::printf("history load: %.3f s (download alone %.3f s, %.1f MB file), %d USA rows + %d UK rows\n", total, download,
+  std::printf("history load: %.3f s (download alone %.3f s, %.1f MB file), %zu USA rows + %zu UK rows\n", total, download,
               static_cast<double>(bytes) / 1e6, usa.RowCount(), uk.RowCount());
   std::printf("memory: peak resident %.1f MB, %.1f MB before the load\n", StatusMegabytes("VmHWM"), startMB);
   return usa.RowCount() + uk.RowCount() > 0 ? 0 : 1;
@@ -134,7 +114,7 @@ int Query(const net::NetOptions& options, const std::string& file, const std::st
   controller.QueryEnded().Wait({});
   const double total = Seconds(Clock::now() - start);
   const std::string pages = view.Snapshot().editText[static_cast<std::size_t>(app::ViewId::PagesSearched)];
-  std::printf("query run: %.3f s, %s pages searched, %d result rows\n", total, pages.c_str(),
+  std::printf("query run: %.3f s, %s pages searched, %zu result rows\n", total, pages.c_str(),
               controller.QueryResults().RowCount());
   if (!exportFile.empty()) std::ofstream(exportFile, std::ios::binary) << controller.QueryResults().ExportText();
   controller.Shutdown();

@@ -20,6 +20,7 @@
 #include <string>
 #include <vector>
 
+#include "BenchSupport.h"
 #include "app/HeadlessMainView.h"
 #include "app/RunController.h"
 #include "base/Browser.h"
@@ -29,13 +30,10 @@
 namespace {
 
 using namespace gavelscope;
+using bench::Quiet;
+using bench::TempFolder;
 using Clock = std::chrono::steady_clock;
 using sites::Site;
-
-struct Quiet : base::IBrowser, base::IUserMessages {
-  void OpenUrlInBrowser(std::string_view) override {}
-  base::MessageReply Show(const base::UserMessage&) override { return base::MessageReply::Ok; }
-};
 
 double Milliseconds(Clock::duration d) {
   return std::chrono::duration<double, std::milli>(d).count();
@@ -52,18 +50,6 @@ double Median(const std::function<void()>& call) {
   std::sort(times.begin(), times.end());
   return times[2];
 }
-
-struct TempFolder {
-  TempFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "gavelscope-bench-XXXXXX").string();
-    if (mkdtemp(pattern.data()) != nullptr) path = pattern;
-  }
-  ~TempFolder() {
-    std::error_code ignored;
-    if (!path.empty()) std::filesystem::remove_all(path, ignored);
-  }
-  std::filesystem::path path;
-};
 
 std::unique_ptr<store::ResearchStore> Open(const std::filesystem::path& file) {
   base::Outcome opened;
