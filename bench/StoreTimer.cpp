@@ -118,8 +118,8 @@ int Record(const net::NetOptions& options) {
   const double built = Median([&] {
     snapshots.clear();
     for (const Site site : {Site::USA, Site::UK}) {
-      snapshots.push_back({site, store::NowUtc(), store::AuctionCountsOf(controller.AuctionList(site).Rows()),
-                           store::KeywordsOf(controller.Tree(site)), {}});
+      snapshots.push_back(
+          store::SnapshotOf(site, store::NowUtc(), controller.AuctionList(site).Rows(), controller.Tree(site)));
     }
     snapshots.back().queries.push_back(
         store::QueryRecordingOf("twenty.sbqry", settings, controller.QueryResults().Rows()));

@@ -39,6 +39,14 @@ namespace gavelscope::app {
 enum class Load { KeywordsUK, KeywordsUSA, AuctionsUSA, AuctionsUK, HotItems };
 inline constexpr std::size_t kLoadKinds = 5;
 
+// The loads that fill a Site's keyword tree and its auction list.
+constexpr Load KeywordsLoad(sites::Site site) {
+  return site == sites::Site::USA ? Load::KeywordsUSA : Load::KeywordsUK;
+}
+constexpr Load AuctionsLoad(sites::Site site) {
+  return site == sites::Site::USA ? Load::AuctionsUSA : Load::AuctionsUK;
+}
+
 struct ControllerConfig {
   sites::Profile profile;
   net::NetOptions net;

@@ -19,8 +19,7 @@ class AuctionsCommand : public SiteCommand {
   }
 
   int Run(CommandContext& context) override {
-    const app::Load load = m_site == sites::Site::USA ? app::Load::AuctionsUSA : app::Load::AuctionsUK;
-    if (!context.controller->LoadDone(load).Wait(context.stop)) return kExitFailure;
+    if (!context.controller->LoadDone(app::AuctionsLoad(m_site)).Wait(context.stop)) return kExitFailure;
     const auctions::CAuctionListCtrl& list = context.controller->AuctionList(m_site);
     return WriteExport(m_output.Render([&] { return list.ExportText(); },
                                        [&] { return insights::AuctionsTable(list.Rows(), m_site); }),

@@ -55,8 +55,7 @@ class KeywordsCommand : public SiteCommand {
   }
 
   int Run(CommandContext& context) override {
-    const app::Load load = m_site == sites::Site::USA ? app::Load::KeywordsUSA : app::Load::KeywordsUK;
-    if (!context.controller->LoadDone(load).Wait(context.stop)) return kExitFailure;
+    if (!context.controller->LoadDone(app::KeywordsLoad(m_site)).Wait(context.stop)) return kExitFailure;
     const keywords::CCategoryTree& tree = context.controller->Tree(m_site);
     if (!m_item) {
       return WriteExport(

@@ -18,9 +18,6 @@ struct SavedQuery {
   query::QueryDefinition settings;
 };
 
-std::string Plural(std::size_t count, const std::string& one, const std::string& many) {
-  return std::to_string(count) + " " + (count == 1 ? one : many);
-}
 
 // record --site usa|uk|both [--query FILE.sbqry]... [--db FILE]: one start-up, then one snapshot of
 // each Site into the research store, with the queries' results in their Site's snapshot.
@@ -76,13 +73,11 @@ class RecordCommand : public Command {
     app::CRunController& controller = *context.controller;
     std::vector<store::SnapshotData> snapshots;
     for (const sites::Site site : m_sites) {
-      const bool usa = site == sites::Site::USA;
-      for (const app::Load load : {usa ? app::Load::KeywordsUSA : app::Load::KeywordsUK,
-                                   usa ? app::Load::AuctionsUSA : app::Load::AuctionsUK}) {
+      for (const app::Load load : {app::KeywordsLoad(site), app::AuctionsLoad(site)}) {
         if (!controller.LoadDone(load).Wait(context.stop)) return kExitFailure;
       }
-      snapshots.push_back({site, store::NowUtc(), store::AuctionCountsOf(controller.AuctionList(site).Rows()),
-                           store::KeywordsOf(controller.Tree(site)), {}});
+      snapshots.push_back(
+          store::SnapshotOf(site, store::NowUtc(), controller.AuctionList(site).Rows(), controller.Tree(site)));
     }
     for (const SavedQuery& saved : m_queries) {
       if (!controller.Categories(saved.settings.site).ready.Wait(context.stop)) return kExitFailure;
@@ -108,23 +103,13 @@ class RecordCommand : public Command {
         status = kExitFailure;
         continue;
       }
-      context.out << "Recorded snapshot " << id << ": " << site << ", "
-                  << Plural(snapshot.auctions.size(), "auction count", "auction counts") << ", "
-                  << Plural(snapshot.keywords.size(), "keyword", "keywords") << Describe(snapshot.queries) << '\n';
+      context.out << "Recorded " << store::RecordedText(snapshot, id) << '\n';
     }
     context.out.flush();
     return context.out ? status : kExitFailure;
   }
 
  private:
-  // ", 1 query (412 rows)"; nothing without queries.
-  static std::string Describe(const std::vector<store::QueryRecording>& queries) {
-    if (queries.empty()) return "";
-    std::size_t rows = 0;
-    for (const store::QueryRecording& recording : queries) rows += recording.rows.size();
-    return ", " + Plural(queries.size(), "query", "queries") + " (" + Plural(rows, "row", "rows") + ")";
-  }
-
   std::vector<sites::Site> m_sites;
   std::vector<std::string> m_queryFiles;
   std::vector<SavedQuery> m_queries;

@@ -88,6 +88,24 @@ std::vector<std::string> KeywordsOf(const keywords::CCategoryTree& tree) {
   return keywords;
 }
 
+SnapshotData SnapshotOf(sites::Site site, std::chrono::sys_seconds time,
+                        std::span<const auctions::AuctionListRow> auctions, const keywords::CCategoryTree& tree) {
+  return {site, time, AuctionCountsOf(auctions), KeywordsOf(tree), {}};
+}
+
+std::string RecordedText(const SnapshotData& snapshot, std::int64_t id) {
+  const auto plural = [](std::size_t count, const char* one, const char* many) {
+    return std::to_string(count) + " " + (count == 1 ? one : many);
+  };
+  std::string text = "snapshot " + std::to_string(id) + ": " + std::string(insights::SiteName(snapshot.site)) +
+                     ", " + plural(snapshot.auctions.size(), "auction count", "auction counts") + ", " +
+                     plural(snapshot.keywords.size(), "keyword", "keywords");
+  if (snapshot.queries.empty()) return text;
+  std::size_t rows = 0;
+  for (const QueryRecording& recording : snapshot.queries) rows += recording.rows.size();
+  return text + ", " + plural(snapshot.queries.size(), "query", "queries") + " (" + plural(rows, "row", "rows") + ")";
+}
+
 QueryRecording QueryRecordingOf(std::string name, const query::QueryDefinition& settings,
                                 std::span<const std::shared_ptr<const hotitems::CHotItemRecord>> results) {
   insights::ListTable table = insights::QueryTable(results, settings.site, name);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <span>
@@ -51,11 +52,16 @@ struct SnapshotData {
 
 // The plain data of the run controller's lists, for a caller above the store (the command line, the
 // window) to hand to ResearchStore::Record:
-//   AuctionCountsOf(controller.AuctionList(site).Rows())
-//   KeywordsOf(controller.Tree(site))
+//   SnapshotOf(site, NowUtc(), controller.AuctionList(site).Rows(), controller.Tree(site))
 //   QueryRecordingOf(file.filename().string(), settings, controller.QueryResults().Rows())
 std::vector<AuctionCount> AuctionCountsOf(std::span<const auctions::AuctionListRow> rows);
 std::vector<std::string> KeywordsOf(const keywords::CCategoryTree& tree);
+// A Site's auction counts and keywords, without queries.
+SnapshotData SnapshotOf(sites::Site site, std::chrono::sys_seconds time,
+                        std::span<const auctions::AuctionListRow> auctions, const keywords::CCategoryTree& tree);
+// What a recording kept, as the programs tell it: "snapshot 5: usa, 330 auction counts, 327
+// keywords, 1 query (240 rows)".
+std::string RecordedText(const SnapshotData& snapshot, std::int64_t id);
 QueryRecording QueryRecordingOf(std::string name, const query::QueryDefinition& settings,
                                 std::span<const std::shared_ptr<const hotitems::CHotItemRecord>> results);
 

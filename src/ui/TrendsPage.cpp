@@ -63,10 +63,6 @@ QString Day(const std::string& text) {
   return QLocale(QLocale::English).toString(TimeOf(text), QStringLiteral("d MMM yyyy"));
 }
 
-std::string Plural(std::size_t count, const char* one, const char* many) {
-  return std::to_string(count) + " " + (count == 1 ? one : many);
-}
-
 // The movers table: entered, moved, left; each row its keyword, its place before and now, and how
 // it moved.
 void FillMovers(QTableWidget& table, const store::KeywordTrend& trend) {
@@ -228,21 +224,15 @@ std::string CTrendsPage::Record(const Job& job) const {
   std::vector<store::SnapshotData> snapshots;
   std::vector<std::string> skipped;
   for (const Site site : {Site::USA, Site::UK}) {
-    const bool usa = site == Site::USA;
-    store::SnapshotData snapshot{site, store::NowUtc(), {}, {}, {}};
     // A Site still loading (or loading again after Refresh) would be recorded half, which the trends
     // would read as sub-categories gone. A Refresh begun while the lists were read clears the events.
     const auto loaded = [&] {
-      return m_run.LoadDone(usa ? app::Load::KeywordsUSA : app::Load::KeywordsUK).IsSet() &&
-             m_run.LoadDone(usa ? app::Load::AuctionsUSA : app::Load::AuctionsUK).IsSet();
+      return m_run.LoadDone(app::KeywordsLoad(site)).IsSet() && m_run.LoadDone(app::AuctionsLoad(site)).IsSet();
     };
+    store::SnapshotData snapshot{site, store::NowUtc(), {}, {}, {}};
     if (loaded()) {
-      snapshot.auctions = store::AuctionCountsOf(m_run.AuctionList(site).Rows());
-      snapshot.keywords = store::KeywordsOf(m_run.Tree(site));
-      if (!loaded()) {
-        snapshot.auctions.clear();
-        snapshot.keywords.clear();
-      }
+      snapshot = store::SnapshotOf(site, snapshot.time, m_run.AuctionList(site).Rows(), m_run.Tree(site));
+      if (!loaded()) snapshot = store::SnapshotData{site, snapshot.time, {}, {}, {}};
     }
     if (job.query && job.query->definition.site == site && !m_run.IsQueryAlive()) {
       const auto rows = m_run.QueryResults().Rows();
@@ -263,16 +253,9 @@ std::string CTrendsPage::Record(const Job& job) const {
   if (!research) return opened.error;
   std::vector<std::int64_t> ids;
   if (const base::Outcome recorded = research->Record(snapshots, ids); !recorded) return recorded.error;
-  std::string said = "Recorded";
+  std::string said = "Recorded ";
   for (std::size_t i = 0; i < snapshots.size(); ++i) {
-    const store::SnapshotData& snapshot = snapshots[i];
-    said += std::string(i == 0 ? " snapshot " : "; snapshot ") + std::to_string(ids[i]) + ": " +
-            std::string(insights::SiteName(snapshot.site)) + ", " +
-            Plural(snapshot.auctions.size(), "auction count", "auction counts") + ", " +
-            Plural(snapshot.keywords.size(), "keyword", "keywords");
-    for (const store::QueryRecording& query : snapshot.queries) {
-      said += ", " + query.name + " (" + Plural(query.rows.size(), "row", "rows") + ")";
-    }
+    said += (i == 0 ? "" : "; ") + store::RecordedText(snapshots[i], ids[i]);
   }
   said += ".";
   for (const std::string& site : skipped) said += " " + site + " was not recorded: it has not finished loading.";

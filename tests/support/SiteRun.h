@@ -25,8 +25,7 @@ struct SiteRun {
     }
   }
   store::SnapshotData Snapshot(sites::Site site, std::chrono::sys_seconds time) {
-    return {site, time, store::AuctionCountsOf(controller.AuctionList(site).Rows()),
-            store::KeywordsOf(controller.Tree(site)), {}};
+    return store::SnapshotOf(site, time, controller.AuctionList(site).Rows(), controller.Tree(site));
   }
   app::HeadlessMainView view;
   RecordingMessages messages;
